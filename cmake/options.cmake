@@ -1,0 +1,28 @@
+option(PDFBMP_BUILD_DOCUMENT "Build the document library and the tool" ON)
+option(PDFBMP_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(PDFBMP_BUILD_BENCH "Build the benchmarks" OFF)
+option(PDFBMP_FORCE_CPU "Let a test choose the CPU path (never in a release)" ${PDFBMP_BUILD_TESTS})
+option(PDFBMP_WERROR "Treat warnings as errors" OFF)
+set(PDFBMP_SANITIZE "" CACHE STRING "Sanitizers, comma-separated (address,undefined or thread)")
+option(BUILD_SHARED_LIBS "Build the document library shared" OFF)
+
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+# Flags that every target of the project is compiled with, and that are not handed on to users.
+add_library(pdfbmp_build_flags INTERFACE)
+target_compile_features(pdfbmp_build_flags INTERFACE cxx_std_20)
+target_compile_options(pdfbmp_build_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Wcast-qual $<$<BOOL:${PDFBMP_WERROR}>:-Werror>)
+if(PDFBMP_SANITIZE)
+  target_compile_options(pdfbmp_build_flags INTERFACE
+    -fsanitize=${PDFBMP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(pdfbmp_build_flags INTERFACE -fsanitize=${PDFBMP_SANITIZE})
+endif()
+target_compile_definitions(pdfbmp_build_flags INTERFACE
+  $<$<BOOL:${PDFBMP_FORCE_CPU}>:PDFBMP_FORCE_CPU>)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -1,0 +1,51 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "pdf/obj/stream.h"
+
+class CPDFDictionary;
+class CPDFXRefTable;
+
+// A filter is a stream that decodes what another stream delivers, as it is asked for: none holds
+// its whole output, but for those whose format leaves no choice. Each filter lies in a file of its
+// own that declares one maker; the table in pdf/filter/filter_table.cpp knows their names.
+
+/// Bounds on what a stream may cost. Each is a property of the whole chain of one image.
+struct CPDFFilterLimits {
+  std::int64_t max_pixels = std::int64_t{1} << 30;  ///< Of a codec's own header (DCT, JPX, JBIG2).
+  std::int64_t max_codec_bytes = std::int64_t{1} << 30;  ///< Held by one codec (progressive, JPX).
+  int max_filters = 16;                                  ///< Filters in one chain.
+  int max_scans = 100;                                   ///< Scans of a progressive JPEG.
+};
+
+/// What became of one stream, written while it is read. Whoever wants it shares it with the stream,
+/// which the image unit deletes when it has read it.
+struct CPDFDecodeReport {
+  std::int64_t bytes = 0;  ///< Decoded bytes that were delivered.
+  bool damaged = false;    ///< The data is broken or ends early; what came before it is good.
+  std::string problem;     ///< The first thing that went wrong, in words, no full stop; or empty.
+
+  /// Notes a problem; the first one stays.
+  void note(const char* what) {
+    damaged = true;
+    if (problem.empty()) problem = what;
+  }
+};
+
+/// What a filter is told when it is made. All pointers outlive the call, not the stream.
+struct CPDFFilterSetup {
+  const CPDFDictionary* parms = nullptr;  ///< This filter's DecodeParms, or null.
+  const CPDFDictionary* image = nullptr;  ///< The stream's own dictionary; null for inline stages.
+  CPDFXRefTable* xref = nullptr;          ///< Resolves references in both; may be null.
+  CPDFFilterLimits limits;
+  std::shared_ptr<CPDFDecodeReport> report;  ///< Never null.
+};
+
+/// Makes a filter that reads `input`; null where it cannot be made (the reason is then in the
+/// report). The filter owns its input.
+using CPDFFilterMaker = std::unique_ptr<CPDFStream> (*)(std::unique_ptr<CPDFStream> input,
+                                                        const CPDFFilterSetup& setup);
