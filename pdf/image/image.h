@@ -47,13 +47,13 @@ class CPDFImage : public CPDFXObject {
 
   // ---- Description, set by load() and load_inline().
 
-  int width = 0;            ///< Samples in a row; 0 means not loaded.
-  int height = 0;           ///< Rows; 0 means not loaded.
-  int bpc = 0;              ///< Bits per component.
-  std::uint32_t flags = 0;  ///< Only ever added to.
+  int width = 0;             ///< Samples in a row; 0 means not loaded.
+  int height = 0;            ///< Rows; 0 means not loaded.
+  int bpc = 0;               ///< Bits per component.
+  std::uint32_t flags = 0;   ///< Only ever added to.
   CPDFCSBase* cs = nullptr;  ///< Owned unless `cs_borrowed`.
-  int cs_borrowed = 0;      ///< Non-zero: `cs` belongs to the page's resources.
-  int has_mask = 0;         ///< 1: `mask`, or the colour key in `mask_min` and `mask_max`.
+  int cs_borrowed = 0;       ///< Non-zero: `cs` belongs to the page's resources.
+  int has_mask = 0;          ///< 1: `mask`, or the colour key in `mask_min` and `mask_max`.
   int interpolate = 1;
   CPDFImage* mask = nullptr;  ///< Owned; the image of a Mask stream.
   PDF_COLOR mask_min = {};    ///< Colour key in sample units, at most 16 components.
@@ -68,11 +68,11 @@ class CPDFImage : public CPDFXObject {
   CKXBmp8* bmp_mono = nullptr;
   CKXBmp8* bmp_mask = nullptr;
 
-  int has_decode = 0;        ///< 1: a Decode array was read.
-  int jpx_alpha = 0;         ///< 1: `stream` is a CPDFStreamJPX with an alpha channel.
-  int decode_min[16] = {};   ///< 0..255; palette indices for an Indexed XObject.
+  int has_decode = 0;       ///< 1: a Decode array was read.
+  int jpx_alpha = 0;        ///< 1: `stream` is a CPDFStreamJPX with an alpha channel.
+  int decode_min[16] = {};  ///< 0..255; palette indices for an Indexed XObject.
   int decode_max[16] = {};
-  PDF_COLOR matte = {};      ///< Valid with `has_matte`; in the parent image's colour space.
+  PDF_COLOR matte = {};  ///< Valid with `has_matte`; in the parent image's colour space.
 
   // ---- Loading.
 

@@ -68,12 +68,12 @@ class CPDFObj {
 
   // Readers. Each is meaningful for its own tag only: for any other the numbers read as 0, the
   // pointers as null.
-  int as_int() const;              ///< The low 32 bits of a boolean, integer or string length.
-  std::int64_t as_fixed() const;   ///< A real's fixed-point number.
-  const char* name() const;        ///< A name's text, owned by the value.
-  CPDFArray* array() const;        ///< Owned by the value.
-  CPDFDictionary* dict() const;    ///< Owned by the value.
-  CPDFStreamRec* stream() const;   ///< Owned by the value.
+  int as_int() const;             ///< The low 32 bits of a boolean, integer or string length.
+  std::int64_t as_fixed() const;  ///< A real's fixed-point number.
+  const char* name() const;       ///< A name's text, owned by the value.
+  CPDFArray* array() const;       ///< Owned by the value.
+  CPDFDictionary* dict() const;   ///< Owned by the value.
+  CPDFStreamRec* stream() const;  ///< Owned by the value.
   PDF_REF ref() const;
 
   // Setters. Each frees the old value first. One that returns a pointer returns the new, empty
@@ -134,7 +134,8 @@ class CPDFDictionary {
 
   CPDFObj** items = nullptr;
   int count = 0;
-  std::uint64_t words[2] = {~std::uint64_t{0}, ~std::uint64_t{0}};  ///< For the parser; not read here.
+  std::uint64_t words[2] = {~std::uint64_t{0},
+                            ~std::uint64_t{0}};  ///< For the parser; not read here.
 
   void clear();  ///< Frees all items; the dictionary is empty then.
 

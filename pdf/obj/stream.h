@@ -29,7 +29,7 @@ class CPDFStream {
   /// `len` is a size hint on entry (0: use `length`), the number of bytes read on return. The byte
   /// after the data is 0. Reading stops, without notice, where the buffer would grow past
   /// `limit` bytes; the hint, rounded up to 1024, and 1024 bytes more are read whatever the limit.
-  /// Null, with `len` 0, where memory failed or the hint is negative or too large for an int.
+  /// Null, with `len` 0, where memory failed or the rounded hint is negative or beyond an int.
   unsigned char* buffer_load(int limit, int& len);
 
   /// The seam to the filters: a new stream, owned by the caller, that decodes `len` bytes at `data`
