@@ -27,7 +27,7 @@ constexpr unsigned char bit_index[2] = {0, 255};
 template <int Step>
 struct GroupAverages {
   static constexpr int per_byte = 8 / Step;
-  unsigned char of[256][per_byte];
+  unsigned char of[256][static_cast<std::size_t>(per_byte)];
 
   constexpr GroupAverages() : of() {
     for (unsigned byte = 0; byte < 256; ++byte) {
