@@ -1,0 +1,67 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/doc/file_sink.h"
+
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <unistd.h>
+
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+std::string content_of(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(FileSink, FileAppearsWholeOrNotAtAll) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path() / "picture.png";
+  {
+    CPDFFileSink sink(path);
+    EXPECT_TRUE(sink.write("abc", 3));
+    EXPECT_FALSE(std::filesystem::exists(path));
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+  for (const char* text : {"first", "second"}) {
+    CPDFFileSink sink(path);
+    EXPECT_TRUE(sink.write(text, std::char_traits<char>::length(text)));
+    EXPECT_TRUE(sink.commit());
+    EXPECT_EQ(content_of(path), text);
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+}
+
+TEST(FileSink, FailuresAreToldAndLeaveNothing) {
+  const TemporaryFolder folder;
+  CPDFFileSink nowhere(folder.path() / "missing" / "picture.png");
+  EXPECT_FALSE(nowhere.write("abc", 3));
+  EXPECT_FALSE(nowhere.commit());
+  EXPECT_NE(nowhere.error(), "");
+
+  // The name is taken by a folder that is not empty.
+  std::filesystem::create_directories(folder.path() / "taken" / "inside");
+  {
+    CPDFFileSink taken(folder.path() / "taken");
+    EXPECT_TRUE(taken.write("abc", 3));
+    EXPECT_FALSE(taken.commit());
+    EXPECT_NE(taken.error(), "");
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+}
+
+TEST(DescriptorSink, StopsAtTheFirstFailure) {
+  const int full = ::open("/dev/full", O_WRONLY);
+  if (full < 0) GTEST_SKIP() << "no /dev/full here";
+  CPDFDescriptorSink sink(full);
+  EXPECT_FALSE(sink.write("abc", 3));
+  EXPECT_NE(sink.error(), "");
+  EXPECT_FALSE(sink.write("", 0));
+  EXPECT_EQ(sink.written(), 0);
+  ::close(full);
+}
+
+}  // namespace

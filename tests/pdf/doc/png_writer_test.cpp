@@ -1,0 +1,133 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/doc/png_writer.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+
+#include "tests/support/memory_sink.h"
+#include "tests/support/png_reader.h"
+
+namespace {
+
+const unsigned char* bytes_of(const std::string& text) {
+  return reinterpret_cast<const unsigned char*>(text.data());
+}
+
+std::string noise(std::size_t n, unsigned seed) {
+  std::mt19937 random(seed);
+  std::string text(n, '\0');
+  for (char& c : text) c = static_cast<char>(random());
+  return text;
+}
+
+bool write_png(CPDFByteSink& sink, const CPDFRasterInfo& info, const std::string& rows) {
+  CPDFPngWriter writer(sink);
+  if (!writer.begin(info)) return false;
+  const std::size_t n = static_cast<std::size_t>(info.row_bytes());
+  for (std::size_t y = 0; y < static_cast<std::size_t>(info.height); ++y) {
+    if (!writer.write_row(bytes_of(rows) + y * n)) return false;
+  }
+  return writer.finish();
+}
+
+struct Case {
+  const char* name;
+  CPDFPixelFormat format;
+  int index_bits;
+  int width, height;
+  int depth, color_type;
+  char filter;
+};
+
+class PngWriter : public testing::TestWithParam<Case> {};
+
+TEST_P(PngWriter, KeepsEveryPixel) {
+  const Case& c = GetParam();
+  CPDFRasterInfo info;
+  info.width = c.width;
+  info.height = c.height;
+  info.format = c.format;
+  info.index_bits = c.index_bits;
+  if (c.format == CPDFPixelFormat::indexed)
+    info.palette.assign(std::size_t{1} << c.index_bits, {3, 2, 1, 255});
+  const std::string rows = noise(static_cast<std::size_t>(info.row_bytes() * c.height), 7);
+  MemorySink sink;
+  ASSERT_TRUE(write_png(sink, info, rows));
+
+  const PngReader png(sink.text);
+  EXPECT_EQ(png.error, "");
+  EXPECT_EQ(png.width, static_cast<unsigned>(c.width));
+  EXPECT_EQ(png.height, static_cast<unsigned>(c.height));
+  EXPECT_EQ(png.depth, c.depth);
+  EXPECT_EQ(png.color_type, c.color_type);
+  EXPECT_EQ(png.filters, std::string(static_cast<std::size_t>(c.height), c.filter));
+  EXPECT_TRUE(png.rows == rows);
+  std::vector<std::string> chunks = {"IHDR", "sRGB", "IDAT", "IEND"};
+  if (!info.palette.empty()) chunks.insert(chunks.begin() + 2, "PLTE");
+  EXPECT_EQ(png.chunks, chunks);
+  EXPECT_EQ(png.palette.substr(0, 3), info.palette.empty() ? "" : "\1\2\3");
+}
+
+// Noise does not shrink, so the larger ones take several blocks and chunks; rows longer than a
+// block are filtered in pieces.
+INSTANTIATE_TEST_SUITE_P(
+    Formats, PngWriter,
+    testing::Values(Case{"Gray1", CPDFPixelFormat::gray1, 0, 13, 9, 1, 0, 0},
+                    Case{"Gray8", CPDFPixelFormat::gray8, 0, 1, 1, 8, 0, 1},
+                    Case{"GrayAlpha", CPDFPixelFormat::gray_alpha8, 0, 33, 5, 8, 4, 1},
+                    Case{"Index1", CPDFPixelFormat::indexed, 1, 9, 4, 1, 3, 0},
+                    Case{"Index2", CPDFPixelFormat::indexed, 2, 9, 4, 2, 3, 0},
+                    Case{"Index4", CPDFPixelFormat::indexed, 4, 9, 4, 4, 3, 0},
+                    Case{"Index8", CPDFPixelFormat::indexed, 8, 9, 4, 8, 3, 0},
+                    Case{"Rgb", CPDFPixelFormat::rgb8, 0, 640, 500, 8, 2, 1},
+                    Case{"Rgba", CPDFPixelFormat::rgba8, 0, 321, 7, 8, 6, 1},
+                    Case{"WideRgb", CPDFPixelFormat::rgb8, 0, 200001, 3, 8, 2, 1},
+                    Case{"WideGray1", CPDFPixelFormat::gray1, 0, 5000001, 2, 1, 0, 0}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST(PngWriterResolution, IsToldInPixelsAMetre) {
+  struct {
+    double x, y;
+    std::string data;
+  } const cases[] = {
+      {300, 72, std::string("\0\0\x2E\x23\0\0\x0B\x13\1", 9)},  // 11811 and 2835.
+      {300, 0, ""},
+      {1e300, 72, ""},
+  };
+  for (const auto& c : cases) {
+    MemorySink sink;
+    CPDFRasterInfo info{2, 1, CPDFPixelFormat::gray8, 8, {}, c.x, c.y};
+    ASSERT_TRUE(write_png(sink, info, "ab"));
+    EXPECT_EQ(PngReader(sink.text).resolution, c.data) << c.x;
+  }
+}
+
+TEST(PngWriterFailure, RefusesWhatNoPngHolds) {
+  const CPDFRasterInfo refused[] = {
+      {0, 1, CPDFPixelFormat::rgb8, 8, {}, 0, 0},
+      {1, -1, CPDFPixelFormat::rgb8, 8, {}, 0, 0},
+      {1, 1, CPDFPixelFormat::indexed, 8, {}, 0, 0},
+      {1, 1, CPDFPixelFormat::indexed, 3, {{}}, 0, 0},
+      {1, 1, CPDFPixelFormat::indexed, 1, {{}, {}, {}}, 0, 0},
+  };
+  for (const CPDFRasterInfo& info : refused) {
+    MemorySink sink;
+    EXPECT_FALSE(CPDFPngWriter(sink).begin(info));
+    EXPECT_EQ(sink.text, "");
+  }
+}
+
+TEST(PngWriterFailure, SinkThatFillsUpIsReportedWhereverItDoes) {
+  const CPDFRasterInfo info{700, 500, CPDFPixelFormat::rgb8, 8, {}, 0, 0};
+  const std::string rows = noise(static_cast<std::size_t>(info.row_bytes() * info.height), 3);
+  MemorySink whole;
+  ASSERT_TRUE(write_png(whole, info, rows));
+  for (const std::size_t capacity :
+       {std::size_t{0}, std::size_t{60}, whole.text.size() / 2, whole.text.size() - 1}) {
+    MemorySink sink(capacity);
+    EXPECT_FALSE(write_png(sink, info, rows)) << capacity;
+  }
+}
+
+}  // namespace
