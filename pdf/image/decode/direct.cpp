@@ -7,15 +7,6 @@ using namespace image_decoding;
 
 namespace {
 
-/// The kept pixels of a row of R, G, B bytes, as they are.
-template <int Step>
-void copy_rgb(_KXRGBA* out, const unsigned char* row, int width) {
-  for (int i = 0; i < kept_of<Step>(width); ++i) {
-    const unsigned char* rgb = row + std::ptrdiff_t{i} * Step * 3;
-    out[i] = {rgb[2], rgb[1], rgb[0], 255};
-  }
-}
-
 /// At reduced size RGB is copied without asking its space, whose calibration is not looked at.
 template <int Step>
 int decode_reduced24(CPDFImage& image) {

@@ -54,9 +54,8 @@ void average_bits(unsigned char* out, const unsigned char* row, int width) {
 /// The averages, truncated, of groups of four bytes; the last group may have fewer.
 void average_bytes(unsigned char* out, const unsigned char* row, int width) {
   const int whole = width / 4;
-  for (int i = 0; i < whole; ++i, row += 4) {
-    out[i] = static_cast<unsigned char>((row[0] + row[1] + row[2] + row[3]) >> 2);
-  }
+  rows().average4(out, row, static_cast<std::size_t>(whole));
+  row += std::ptrdiff_t{whole} * 4;
   const int rest = width % 4;
   if (rest == 0) return;
   int sum = 0;

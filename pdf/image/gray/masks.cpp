@@ -1,5 +1,4 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include <cstring>
 #include <new>
 
 #include "pdf/image/layout.h"
@@ -33,7 +32,7 @@ void decode_bits(CPDFImage& image, const RowBuffer& buffer, const unsigned char 
 void decode_complement(CPDFImage& image, const RowBuffer& buffer) {
   walk_rows<1>(*image.stream, *image.bmp_mask, image.height, buffer,
                [&](unsigned char* out, const unsigned char* row) {
-                 for (int i = 0; i < image.width; ++i) out[i] = static_cast<unsigned char>(~row[i]);
+                 rows().complement(out, row, static_cast<std::size_t>(image.width));
                });
 }
 
