@@ -13,9 +13,10 @@ int decode_reduced24(CPDFImage& image) {
   const bool is_rgb = image.cs == nullptr || image.cs->family == family_device_rgb ||
                       image.cs->family == family_cal_rgb;
   if (!is_rgb) return decode_runs<Step, ColorTarget>(image, 3);
-  return decode_rows<Step, ColorTarget>(
-      image, std::int64_t{3} * image.width,
-      [&](_KXRGBA* out, const unsigned char* row) { copy_rgb<Step>(out, row, image.width); });
+  return decode_rows<Step, ColorTarget>(image, std::int64_t{3} * image.width,
+                                        [&](_KXRGBA* out, const unsigned char* row) {
+                                          rows().rgba_from_rgb[Step / 2](out, row, kept);
+                                        });
 }
 
 }  // namespace
