@@ -7,9 +7,7 @@
 
 #include "kx/alloc.h"
 
-CKXBmp::~CKXBmp() {
-  KXFree(pixels);
-}
+CKXBmp::~CKXBmp() { KXFree(pixels); }
 
 void CKXBmp::allocate(int new_width, int new_height, int bits_per_pixel, int row_alignment) {
   width = new_width;
@@ -30,14 +28,8 @@ void CKXBmp::allocate(int new_width, int new_height, int bits_per_pixel, int row
       KXCalloc(static_cast<std::size_t>(height), static_cast<std::size_t>(stride)));
 }
 
-CKXBmp32::CKXBmp32(int new_width, int new_height) {
-  allocate(new_width, new_height, 32, 4);
-}
+CKXBmp32::CKXBmp32(int new_width, int new_height) { allocate(new_width, new_height, 32, 4); }
 
-CKXBmp8::CKXBmp8(int new_width, int new_height) {
-  allocate(new_width, new_height, 8, 1);
-}
+CKXBmp8::CKXBmp8(int new_width, int new_height) { allocate(new_width, new_height, 8, 1); }
 
-void CKXBmpGray::create(int new_width, int new_height) {
-  allocate(new_width, new_height, 16, 4);
-}
+void CKXBmpGray::create(int new_width, int new_height) { allocate(new_width, new_height, 16, 4); }

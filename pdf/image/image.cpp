@@ -13,13 +13,9 @@ void release(T*& owned) {
 
 }  // namespace
 
-CPDFXObject::~CPDFXObject() {
-  obj.free();
-}
+CPDFXObject::~CPDFXObject() { obj.free(); }
 
-CPDFImage::CPDFImage() {
-  xobj_type = 1;
-}
+CPDFImage::CPDFImage() { xobj_type = 1; }
 
 CPDFImage::~CPDFImage() {
   release(bmp);

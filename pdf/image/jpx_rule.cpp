@@ -11,9 +11,7 @@
 namespace {
 
 /// Components of the colour space that a codestream of `n` colour components is shown in.
-int components_for(int n) {
-  return n == 1 || n == 4 ? n : 3;
-}
+int components_for(int n) { return n == 1 || n == 4 ? n : 3; }
 
 CPDFCSBase* new_device_space(int components) {
   switch (components) {

@@ -158,6 +158,4 @@ void image_loading::set_stream(CPDFImage& image, CPDFStream* stream) {
   delete std::exchange(image.stream, stream);
 }
 
-void CPDFImage::load() {
-  load_chain(*this, nullptr, 0);
-}
+void CPDFImage::load() { load_chain(*this, nullptr, 0); }

@@ -32,16 +32,10 @@ const CPDFObj* find_usable(const CPDFDictionary& dict, const char* abbreviation,
   return nullptr;
 }
 
-bool is_number(const CPDFObj& obj) {
-  return obj.is_number();
-}
-bool is_flag(const CPDFObj& obj) {
-  return obj.type == PDF_BOOLEAN || obj.is_number();
-}
+bool is_number(const CPDFObj& obj) { return obj.is_number(); }
+bool is_flag(const CPDFObj& obj) { return obj.type == PDF_BOOLEAN || obj.is_number(); }
 
-int low_word(const CPDFObj& obj) {
-  return static_cast<int>(static_cast<std::uint32_t>(obj.value));
-}
+int low_word(const CPDFObj& obj) { return static_cast<int>(static_cast<std::uint32_t>(obj.value)); }
 
 void read_number(const CPDFDictionary& dict, const char* abbreviation, const char* full, int& out) {
   const CPDFObj* entry = find_usable(dict, abbreviation, full, is_number);

@@ -19,12 +19,8 @@ auto read_resolved(const CPDFObj* entry, CPDFXRefTable* xref, IsKind is_kind, Re
   return is_kind(temporary) ? read(temporary) : 0;
 }
 
-bool is_number(const CPDFObj& obj) {
-  return obj.is_number();
-}
-bool is_boolean(const CPDFObj& obj) {
-  return obj.type == PDF_BOOLEAN;
-}
+bool is_number(const CPDFObj& obj) { return obj.is_number(); }
+bool is_boolean(const CPDFObj& obj) { return obj.type == PDF_BOOLEAN; }
 
 }  // namespace
 

@@ -92,27 +92,17 @@ int CPDFObj::as_int() const {
   return has_int ? static_cast<int>(static_cast<std::uint32_t>(value)) : 0;
 }
 
-std::int64_t CPDFObj::as_fixed() const {
-  return type == PDF_REAL ? value : 0;
-}
+std::int64_t CPDFObj::as_fixed() const { return type == PDF_REAL ? value : 0; }
 
 template <class T>
 T* CPDFObj::pointer_of(std::uint32_t tag) const {
   return type == tag ? pointer_in<T>(value) : nullptr;
 }
 
-const char* CPDFObj::name() const {
-  return pointer_of<const char>(PDF_NAME);
-}
-CPDFArray* CPDFObj::array() const {
-  return pointer_of<CPDFArray>(PDF_ARRAY);
-}
-CPDFDictionary* CPDFObj::dict() const {
-  return pointer_of<CPDFDictionary>(PDF_DICTIONARY);
-}
-CPDFStreamRec* CPDFObj::stream() const {
-  return pointer_of<CPDFStreamRec>(PDF_STREAM);
-}
+const char* CPDFObj::name() const { return pointer_of<const char>(PDF_NAME); }
+CPDFArray* CPDFObj::array() const { return pointer_of<CPDFArray>(PDF_ARRAY); }
+CPDFDictionary* CPDFObj::dict() const { return pointer_of<CPDFDictionary>(PDF_DICTIONARY); }
+CPDFStreamRec* CPDFObj::stream() const { return pointer_of<CPDFStreamRec>(PDF_STREAM); }
 
 PDF_REF CPDFObj::ref() const {
   return type == PDF_REFERENCE ? std::bit_cast<PDF_REF>(value) : PDF_REF{0, 0};

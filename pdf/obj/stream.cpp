@@ -36,9 +36,7 @@ CPDFStream::CPDFStream(unsigned char* bytes, int byte_count, int borrowed)
       length(byte_count),
       data_borrowed(borrowed) {}
 
-CPDFStream::~CPDFStream() {
-  CPDFStream::close();
-}
+CPDFStream::~CPDFStream() { CPDFStream::close(); }
 
 void CPDFStream::open() {}
 

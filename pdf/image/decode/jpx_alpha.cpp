@@ -34,12 +34,6 @@ int merge_alpha(CPDFImage& image) {
 
 }  // namespace
 
-int CPDFImage::load_jpx_alpha() {
-  return merge_alpha<1>(*this);
-}
-int CPDFImage::load_jpx_alpha_half() {
-  return merge_alpha<2>(*this);
-}
-int CPDFImage::load_jpx_alpha_4in1() {
-  return merge_alpha<4>(*this);
-}
+int CPDFImage::load_jpx_alpha() { return merge_alpha<1>(*this); }
+int CPDFImage::load_jpx_alpha_half() { return merge_alpha<2>(*this); }
+int CPDFImage::load_jpx_alpha_4in1() { return merge_alpha<4>(*this); }

@@ -87,9 +87,7 @@ int decode_palette(CPDFImage& image) {
 
 }  // namespace
 
-void CPDFImage::load_pals_from4(_KXRGBA* table) {
-  build_table<4>(*this, table);
-}
+void CPDFImage::load_pals_from4(_KXRGBA* table) { build_table<4>(*this, table); }
 
 void CPDFImage::load_pals_from8(unsigned int* table) {
   _KXRGBA colors[256];
@@ -97,39 +95,15 @@ void CPDFImage::load_pals_from8(unsigned int* table) {
   for (int k = 0; k < 256; ++k) table[k] = std::bit_cast<unsigned int>(colors[k]);
 }
 
-int CPDFImage::load_bmp_from1() {
-  return decode_palette<1, 1>(*this);
-}
-int CPDFImage::load_bmp_from1_half() {
-  return decode_palette<1, 2>(*this);
-}
-int CPDFImage::load_bmp_from1_4in1() {
-  return decode_palette<1, 4>(*this);
-}
-int CPDFImage::load_bmp_from2() {
-  return decode_palette<2, 1>(*this);
-}
-int CPDFImage::load_bmp_from2_half() {
-  return decode_palette<2, 2>(*this);
-}
-int CPDFImage::load_bmp_from2_4in1() {
-  return decode_palette<2, 4>(*this);
-}
-int CPDFImage::load_bmp_from4() {
-  return decode_palette<4, 1>(*this);
-}
-int CPDFImage::load_bmp_from4_half() {
-  return decode_palette<4, 2>(*this);
-}
-int CPDFImage::load_bmp_from4_4in1() {
-  return decode_palette<4, 4>(*this);
-}
-int CPDFImage::load_bmp_from8() {
-  return decode_palette<8, 1>(*this);
-}
-int CPDFImage::load_bmp_from8_half() {
-  return decode_palette<8, 2>(*this);
-}
-int CPDFImage::load_bmp_from8_4in1() {
-  return decode_palette<8, 4>(*this);
-}
+int CPDFImage::load_bmp_from1() { return decode_palette<1, 1>(*this); }
+int CPDFImage::load_bmp_from1_half() { return decode_palette<1, 2>(*this); }
+int CPDFImage::load_bmp_from1_4in1() { return decode_palette<1, 4>(*this); }
+int CPDFImage::load_bmp_from2() { return decode_palette<2, 1>(*this); }
+int CPDFImage::load_bmp_from2_half() { return decode_palette<2, 2>(*this); }
+int CPDFImage::load_bmp_from2_4in1() { return decode_palette<2, 4>(*this); }
+int CPDFImage::load_bmp_from4() { return decode_palette<4, 1>(*this); }
+int CPDFImage::load_bmp_from4_half() { return decode_palette<4, 2>(*this); }
+int CPDFImage::load_bmp_from4_4in1() { return decode_palette<4, 4>(*this); }
+int CPDFImage::load_bmp_from8() { return decode_palette<8, 1>(*this); }
+int CPDFImage::load_bmp_from8_half() { return decode_palette<8, 2>(*this); }
+int CPDFImage::load_bmp_from8_4in1() { return decode_palette<8, 4>(*this); }

@@ -34,27 +34,13 @@ int decode(CPDFImage& image) {
 
 }  // namespace
 
-int CPDFImage::load_bmpg_from1() {
-  return decode_gray_table<1>(*this);
-}
-int CPDFImage::load_bmpg_from2() {
-  return decode_gray_table<2>(*this);
-}
-int CPDFImage::load_bmpg_from4() {
-  return decode_gray_table<4>(*this);
-}
-int CPDFImage::load_bmpg_from8() {
-  return decode_gray_table<8>(*this);
-}
-int CPDFImage::load_bmpg_from24() {
-  return decode_runs<1, GrayTarget>(*this, 3);
-}
-int CPDFImage::load_bmpg_from32() {
-  return decode_four_bytes<1, GrayTarget>(*this);
-}
-int CPDFImage::load_bmpg_fromN(int count) {
-  return decode_any<1, GrayTarget>(*this, count);
-}
+int CPDFImage::load_bmpg_from1() { return decode_gray_table<1>(*this); }
+int CPDFImage::load_bmpg_from2() { return decode_gray_table<2>(*this); }
+int CPDFImage::load_bmpg_from4() { return decode_gray_table<4>(*this); }
+int CPDFImage::load_bmpg_from8() { return decode_gray_table<8>(*this); }
+int CPDFImage::load_bmpg_from24() { return decode_runs<1, GrayTarget>(*this, 3); }
+int CPDFImage::load_bmpg_from32() { return decode_four_bytes<1, GrayTarget>(*this); }
+int CPDFImage::load_bmpg_fromN(int count) { return decode_any<1, GrayTarget>(*this, count); }
 
 CKXBmpGray* CPDFImage::get_bmp_gray() {
   if (stream == nullptr) return bmp_gray;
