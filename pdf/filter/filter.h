@@ -30,9 +30,14 @@ struct CPDFDecodeReport {
   std::string problem;     ///< The first thing that went wrong, in words, no full stop; or empty.
 
   /// Notes a problem; the first one stays.
-  void note(const char* what) {
+  void note(const char* what) noexcept {
     damaged = true;
-    if (problem.empty()) problem = what;
+    if (!problem.empty()) return;
+    try {
+      problem = what;
+    } catch (...) {
+      problem.clear();  // No memory for the words; the flag says enough.
+    }
   }
 };
 

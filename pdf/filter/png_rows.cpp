@@ -1,0 +1,191 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/filter/png_rows.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// Each byte depends on the one a pixel before it, so a row cannot be done in wide vectors; but the
+// bytes of a pixel can be done at once. Pixels of 3 to 8 bytes are held as eight 16-bit lanes, of
+// which the first Step count; the compiler turns these into the vector unit's own.
+using Lanes = std::int16_t __attribute__((vector_size(16)));
+using Bytes = std::uint8_t __attribute__((vector_size(8)));
+
+Lanes load(const unsigned char* p) {
+  Bytes b;
+  std::memcpy(&b, p, sizeof b);
+  return __builtin_convertvector(b, Lanes);
+}
+
+template <int Step>
+void store(unsigned char* p, Lanes v) {
+  const Bytes b = __builtin_convertvector(v, Bytes);
+  std::memcpy(p, &b, Step);
+}
+
+Lanes abs_of(Lanes v) {
+  const Lanes negative = v >> 15;
+  return (v ^ negative) - negative;
+}
+
+// PNG, 9.4: whichever of left, above and corner is nearest to left + above - corner, the earlier
+// one where two are.
+Lanes paeth(Lanes left, Lanes above, Lanes corner) {
+  const Lanes to_left = above - corner;
+  const Lanes to_above = left - corner;
+  const Lanes a = abs_of(to_left);
+  const Lanes b = abs_of(to_above);
+  const Lanes c = abs_of(to_left + to_above);
+  const Lanes take_left = (a <= b) & (a <= c);
+  const Lanes take_above = ~take_left & (b <= c);
+  return (take_left & left) | (take_above & above) | (~take_left & ~take_above & corner);
+}
+
+int paeth(int left, int above, int corner) {
+  const int a = std::abs(above - corner);
+  const int b = std::abs(left - corner);
+  const int c = std::abs(left + above - 2 * corner);
+  const int other = b <= c ? above : corner;
+  return a <= b && a <= c ? left : other;
+}
+
+unsigned char byte(int v) { return static_cast<unsigned char>(v); }
+
+void undo_up(unsigned char* row, const unsigned char* above, int n) {
+  for (int i = 0; i < n; ++i) row[i] = byte(row[i] + above[i]);
+}
+
+// ---- Pixels of Step bytes in lanes. A load takes 8 bytes, which the slack allows for.
+
+template <int Step>
+void undo_sub_lanes(unsigned char* row, int n) {
+  Lanes left = {};
+  for (int i = 0; i + Step <= n; i += Step) {
+    left = (left + load(row + i)) & 255;
+    store<Step>(row + i, left);
+  }
+}
+
+template <int Step>
+void undo_average_lanes(unsigned char* row, const unsigned char* above, int n) {
+  Lanes left = {};
+  for (int i = 0; i + Step <= n; i += Step) {
+    left = (load(row + i) + ((left + load(above + i)) >> 1)) & 255;
+    store<Step>(row + i, left);
+  }
+}
+
+template <int Step>
+void undo_paeth_lanes(unsigned char* row, const unsigned char* above, int n) {
+  Lanes left = {};
+  Lanes corner = {};
+  for (int i = 0; i + Step <= n; i += Step) {
+    const Lanes up = load(above + i);
+    left = (load(row + i) + paeth(left, up, corner)) & 255;
+    corner = up;
+    store<Step>(row + i, left);
+  }
+}
+
+// ---- Pixels of any size, from byte `i` on.
+
+void undo_sub(unsigned char* row, int i, int n, int step) {
+  for (i = i < step ? step : i; i < n; ++i) row[i] = byte(row[i] + row[i - step]);
+}
+
+void undo_average(unsigned char* row, const unsigned char* above, int i, int n, int step) {
+  for (; i < n && i < step; ++i) row[i] = byte(row[i] + above[i] / 2);
+  for (; i < n; ++i) row[i] = byte(row[i] + (row[i - step] + above[i]) / 2);
+}
+
+void undo_paeth(unsigned char* row, const unsigned char* above, int i, int n, int step) {
+  for (; i < n && i < step; ++i) row[i] = byte(row[i] + above[i]);
+  for (; i < n; ++i) {
+    row[i] = byte(row[i] + paeth(row[i - step], above[i], above[i - step]));
+  }
+}
+
+// Gray rows: the byte before and the corner stay in registers.
+
+void undo_sub_gray(unsigned char* row, int n) {
+  unsigned char left = 0;
+  for (int i = 0; i < n; ++i) row[i] = left = byte(left + row[i]);
+}
+
+void undo_average_gray(unsigned char* row, const unsigned char* above, int n) {
+  int left = 0;
+  for (int i = 0; i < n; ++i) row[i] = byte(left = (row[i] + (left + above[i]) / 2) & 255);
+}
+
+void undo_paeth_gray(unsigned char* row, const unsigned char* above, int n) {
+  int left = 0;
+  int corner = 0;
+  for (int i = 0; i < n; ++i) {
+    const int up = above[i];
+    left = (row[i] + paeth(left, up, corner)) & 255;
+    corner = up;
+    row[i] = byte(left);
+  }
+}
+
+template <int Step>
+void undo_lanes(int type, unsigned char* row, const unsigned char* above, int n) {
+  const int whole = n - n % Step;  // A row cut short may end inside a pixel.
+  if (type == 1) {
+    undo_sub_lanes<Step>(row, n);
+    undo_sub(row, whole, n, Step);
+  } else if (type == 3) {
+    undo_average_lanes<Step>(row, above, n);
+    undo_average(row, above, whole, n, Step);
+  } else {
+    undo_paeth_lanes<Step>(row, above, n);
+    undo_paeth(row, above, whole, n, Step);
+  }
+}
+
+void undo_gray(int type, unsigned char* row, const unsigned char* above, int n) {
+  if (type == 1) {
+    undo_sub_gray(row, n);
+  } else if (type == 3) {
+    undo_average_gray(row, above, n);
+  } else {
+    undo_paeth_gray(row, above, n);
+  }
+}
+
+void undo_any(int type, unsigned char* row, const unsigned char* above, int n, int step) {
+  if (type == 1) {
+    undo_sub(row, 0, n, step);
+  } else if (type == 3) {
+    undo_average(row, above, 0, n, step);
+  } else {
+    undo_paeth(row, above, 0, n, step);
+  }
+}
+
+}  // namespace
+
+namespace pdfbmp {
+
+void undo_png_row(int type, unsigned char* row, const unsigned char* above, int n, int step) {
+  if (type < 1 || type > 4) return;
+  if (type == 2) return undo_up(row, above, n);
+  switch (step) {
+    case 1:
+      return undo_gray(type, row, above, n);
+    case 3:
+      return undo_lanes<3>(type, row, above, n);
+    case 4:
+      return undo_lanes<4>(type, row, above, n);
+    case 6:
+      return undo_lanes<6>(type, row, above, n);
+    case 8:
+      return undo_lanes<8>(type, row, above, n);
+    default:
+      return undo_any(type, row, above, n, step);
+  }
+}
+
+}  // namespace pdfbmp
