@@ -1,9 +1,8 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "pdf/filter/flate.h"
 
-#include <isa-l/igzip_lib.h>
-
 #include <cstddef>
+#include <isa-l/igzip_lib.h>
 #include <new>
 #include <utility>
 

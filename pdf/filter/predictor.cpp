@@ -18,10 +18,10 @@
 namespace {
 
 struct RowShape {
-  int bytes;   // Of a decoded row, without a PNG row's filter type.
+  int bytes;  // Of a decoded row, without a PNG row's filter type.
   int colors;
-  int bits;    // Of a sample.
-  bool png;    // Otherwise TIFF.
+  int bits;  // Of a sample.
+  bool png;  // Otherwise TIFF.
 };
 
 // Rows are read whole and finished in place. A PNG row keeps the row above it for the next.
@@ -105,15 +105,15 @@ std::unique_ptr<CPDFStream> add_predictor(std::unique_ptr<CPDFStream> decoded,
     return nullptr;
   }
   const std::int64_t bytes = (std::int64_t{columns} * colors * bits + 7) / 8;
-  const std::int64_t most =
-      std::min<std::int64_t>(setup.limits.max_codec_bytes / 2, std::numeric_limits<int>::max() - 64);
+  const std::int64_t most = std::min<std::int64_t>(setup.limits.max_codec_bytes / 2,
+                                                   std::numeric_limits<int>::max() - 64);
   if (bytes > most) {
     setup.report->note("a row of the predictor is beyond the limits");
     return nullptr;
   }
   const RowShape shape = {static_cast<int>(bytes), colors, bits, predictor >= 10};
-  std::unique_ptr<PredictorStream> stream(
-      new (std::nothrow) PredictorStream(std::move(decoded), setup, shape));
+  std::unique_ptr<PredictorStream> stream(new (std::nothrow)
+                                              PredictorStream(std::move(decoded), setup, shape));
   if (stream == nullptr || !stream->allocate()) {
     setup.report->note("no memory for a row of the predictor");
     return nullptr;

@@ -1,15 +1,14 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "pdf/filter/source.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -60,7 +59,9 @@ class MemorySource : public CPDFSource {
   std::string bytes_;
 };
 
-std::string reason(int error) { return std::generic_category().message(error); }
+std::string reason(int error) {
+  return std::generic_category().message(error);
+}
 
 }  // namespace
 

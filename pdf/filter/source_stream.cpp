@@ -39,7 +39,8 @@ std::unique_ptr<CPDFStream> make_source_stream(std::shared_ptr<CPDFSource> sourc
                                                std::int64_t offset, std::int64_t length) {
   if (source == nullptr) return nullptr;
   const std::int64_t start = std::clamp<std::int64_t>(offset, 0, source->size());
-  const std::int64_t bytes = std::clamp<std::int64_t>(offset < 0 ? 0 : length, 0, source->size() - start);
+  const std::int64_t bytes =
+      std::clamp<std::int64_t>(offset < 0 ? 0 : length, 0, source->size() - start);
   return std::unique_ptr<CPDFStream>(new (std::nothrow)
                                          SourceStream(std::move(source), start, bytes));
 }

@@ -41,10 +41,10 @@ void undo_parts(unsigned char* row, int n, int colors, int bits) {
     const auto shift_of = [&](std::int64_t s) {
       return static_cast<unsigned>(8 - bits * static_cast<int>(s % per_byte + 1));
     };
-    const unsigned before = row[from / per_byte] >> shift_of(from);
+    const unsigned before = unsigned{row[from / per_byte]} >> shift_of(from);
     const unsigned shift = shift_of(i);
     unsigned char& place = row[i / per_byte];
-    const unsigned sum = ((place >> shift) + before) & mask;
+    const unsigned sum = ((unsigned{place} >> shift) + before) & mask;
     place = static_cast<unsigned char>((place & ~(mask << shift)) | sum << shift);
   }
 }

@@ -1,0 +1,111 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/filter/filter_chain.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "pdf/filter/filter_table.h"
+#include "pdf/filter/measured_stream.h"
+#include "pdf/obj/access.h"
+#include "pdf/obj/object.h"
+
+namespace {
+
+// The value of an entry that is one item or an array of items, either of which may be references.
+class ItemList {
+ public:
+  /// The full key counts, and the abbreviation where that is absent. In a stream's dictionary, F is
+  /// a file specification: no name, and no array of names.
+  ItemList(const CPDFDictionary& dict, CPDFXRefTable* xref, const char* key, const char* shorter)
+      : xref_(xref) {
+    const CPDFObj* entry = find_key(&dict, key);
+    if (entry == nullptr) entry = find_key(&dict, shorter);
+    if (entry != nullptr) resolve_copy(entry, xref, value_);
+  }
+
+  bool is_array() const { return value_.array() != nullptr; }
+
+  int count() const {
+    if (is_array()) return value_.array()->count;
+    return value_.type == PDF_NAME || value_.type == PDF_DICTIONARY ? 1 : 0;
+  }
+
+  void get(int i, CPDFObj& item) const {
+    item.free();
+    if (i >= count()) return;
+    resolve_copy(is_array() ? &value_.array()->items[i] : &value_, xref_, item);
+  }
+
+ private:
+  CPDFXRefTable* xref_;
+  CPDFObjHolder value_;
+};
+
+}  // namespace
+
+namespace pdfbmp {
+
+std::string full_filter_name(const char* name) {
+  const FilterEntry* const filter = find_filter(name);
+  if (filter != nullptr) return filter->name;
+  return name != nullptr ? name : "";
+}
+
+std::vector<std::string> filter_names(const CPDFDictionary& dict, CPDFXRefTable* xref) {
+  const ItemList filters(dict, xref, CPDFDictionary::sm_tag_filter, "F");
+  std::vector<std::string> names;
+  for (int i = 0; i < filters.count(); ++i) {
+    CPDFObjHolder item;
+    filters.get(i, item);
+    if (item.name() != nullptr) names.push_back(full_filter_name(item.name()));
+  }
+  return names;
+}
+
+std::unique_ptr<CPDFStream> make_filter_chain(std::unique_ptr<CPDFStream> encoded,
+                                              const CPDFDictionary& dict, CPDFXRefTable* xref,
+                                              const CPDFFilterLimits& limits,
+                                              std::shared_ptr<CPDFDecodeReport> report) {
+  if (encoded == nullptr || report == nullptr) return nullptr;
+  const ItemList filters(dict, xref, CPDFDictionary::sm_tag_filter, "F");
+  const ItemList parms(dict, xref, "DecodeParms", "DP");
+  if (filters.count() > limits.max_filters) {
+    report->note("there are more filters than the limits allow");
+    return nullptr;
+  }
+  std::unique_ptr<CPDFStream> stream = std::move(encoded);
+  const int encoded_length = stream->length;
+  for (int i = 0; i < filters.count(); ++i) {
+    CPDFObjHolder name;
+    CPDFObjHolder parm;
+    filters.get(i, name);
+    // One dictionary beside several filters is taken for that of each: a filter reads no other keys
+    // than its own.
+    parms.get(parms.is_array() ? i : 0, parm);
+    const FilterEntry* const filter = find_filter(name.name());
+    if (filter == nullptr) {
+      report->note("a filter is unknown");
+      return nullptr;
+    }
+    CPDFFilterSetup setup;
+    setup.parms = parm.dict();
+    setup.image = &dict;
+    setup.xref = xref;
+    setup.limits = limits;
+    setup.report = report;
+    stream = filter->make(std::move(stream), setup);
+    if (stream == nullptr) {
+      if (!report->damaged) report->note("a filter could not be made");
+      return nullptr;
+    }
+    if (stream->length == 0) stream->length = encoded_length;  // A hint for whoever loads it whole.
+  }
+  return make_measured_stream(std::move(stream), std::move(report));
+}
+
+std::shared_ptr<CPDFDecodeReport> report_of(const CPDFStream* stream) {
+  const auto* const reported = dynamic_cast<const CPDFReportedStream*>(stream);
+  return reported != nullptr ? reported->report() : nullptr;
+}
+
+}  // namespace pdfbmp

@@ -1,0 +1,75 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/filter/measured_stream.h"
+
+#include <new>
+#include <utility>
+
+#include "pdf/filter/window_stream.h"
+#include "pdf/obj/jpx_stream.h"
+
+CPDFReportedStream::CPDFReportedStream(std::shared_ptr<CPDFDecodeReport> report)
+    : report_(std::move(report)) {}
+
+CPDFReportedStream::~CPDFReportedStream() = default;
+
+int CPDFReportedStream::read_counted(CPDFStream& stream, void* dst, int n) {
+  const int got = pdfbmp::read_fully(stream, dst, n);
+  report_->bytes += got;
+  return got;
+}
+
+namespace {
+
+// Base is CPDFStream or CPDFStreamJPX, the class that the consumer looks for.
+template <class Base>
+class Measured : public Base, public CPDFReportedStream {
+ public:
+  Measured(std::unique_ptr<Base> stream, std::shared_ptr<CPDFDecodeReport> report)
+      : CPDFReportedStream(std::move(report)), stream_(std::move(stream)) {
+    this->length = stream_->length;
+  }
+
+  void open() override { stream_->open(); }
+  void close() override { stream_->close(); }
+  int read_block(void* dst, int n) override { return read_counted(*stream_, dst, n); }
+
+ protected:
+  std::unique_ptr<Base> stream_;
+};
+
+class MeasuredStream : public Measured<CPDFStream> {
+ public:
+  MeasuredStream(std::unique_ptr<CPDFStream> stream, std::shared_ptr<CPDFDecodeReport> report)
+      : Measured(std::move(stream), std::move(report)) {
+    kind = stream_->kind;
+  }
+};
+
+class MeasuredJPX : public Measured<CPDFStreamJPX> {
+ public:
+  MeasuredJPX(std::unique_ptr<CPDFStreamJPX> stream, std::shared_ptr<CPDFDecodeReport> report)
+      : Measured(std::move(stream), std::move(report)) {
+    comp_count = stream_->comp_count;
+    alpha_channel = stream_->alpha_channel;
+  }
+
+  int read_alpha(void* dst, int n) override { return stream_->read_alpha(dst, n); }
+};
+
+}  // namespace
+
+namespace pdfbmp {
+
+std::unique_ptr<CPDFStream> make_measured_stream(std::unique_ptr<CPDFStream> stream,
+                                                 std::shared_ptr<CPDFDecodeReport> report) {
+  if (auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get())) {
+    stream.release();
+    std::unique_ptr<CPDFStreamJPX> owned(jpx);
+    return std::unique_ptr<CPDFStream>(new (std::nothrow)
+                                           MeasuredJPX(std::move(owned), std::move(report)));
+  }
+  return std::unique_ptr<CPDFStream>(new (std::nothrow)
+                                         MeasuredStream(std::move(stream), std::move(report)));
+}
+
+}  // namespace pdfbmp

@@ -1,0 +1,77 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "tests/pdf/filter/samples.h"
+
+namespace filter_test {
+namespace {
+
+// Every sample size and colour count, every PNG type and TIFF, rows that do and do not fill their
+// last byte, read in pieces that fit no row.
+TEST(Predictor, BringsRowsBack) {
+  for (const int bits : {1, 2, 4, 8, 16}) {
+    for (int colors = 1; colors <= 9; ++colors) {
+      for (const int columns : {1, 2, 3, 7, 33, 300}) {
+        const int row_bytes = (columns * colors * bits + 7) / 8;
+        const int step = (colors * bits + 7) / 8;
+        std::string rows =
+            sample_bytes(static_cast<std::size_t>(row_bytes) * 7, static_cast<std::uint32_t>(bits));
+        for (const int type : {0, 1, 2, 3, 4, 5, 6}) {
+          const bool tiff = type == 6;
+          const std::string predicted = tiff ? tiff_predict(rows, row_bytes, colors, bits)
+                                             : png_predict(rows, row_bytes, step, type);
+          const Parms parms({{"Predictor", tiff ? 2 : 10 + type},
+                             {"Colors", colors},
+                             {"BitsPerComponent", bits},
+                             {"Columns", columns}});
+          const Decoded whole = decode("Fl", deflate(predicted), &parms.dict);
+          ASSERT_EQ(whole.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
+          ASSERT_FALSE(whole.report.damaged) << whole.report.problem;
+          const Decoded pieces = decode("Fl", deflate(predicted), &parms.dict, 5);
+          ASSERT_EQ(pieces.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
+        }
+      }
+    }
+  }
+}
+
+TEST(Predictor, RefusesParametersThatDescribeNoRow) {
+  const struct {
+    const char* key;
+    int value;
+  } cases[] = {
+      {"Predictor", 3},        {"Predictor", -1},        {"Predictor", 16},
+      {"BitsPerComponent", 7}, {"BitsPerComponent", 0},  {"BitsPerComponent", 32},
+      {"Colors", 0},           {"Colors", -3},           {"Colors", 2147483647},
+      {"Columns", 0},          {"Columns", -2147483647}, {"Columns", 2147483647},
+  };
+  for (const auto& one : cases) {
+    Parms parms({{"Predictor", 15}, {"Columns", 4}});
+    parms.dict.set(one.key)->set_int(one.value);
+    const Decoded decoded = decode("FlateDecode", deflate(std::string(100, 'x')), &parms.dict);
+    EXPECT_FALSE(decoded.made) << one.key << ' ' << one.value;
+    EXPECT_TRUE(decoded.report.damaged) << one.key << ' ' << one.value;
+    EXPECT_FALSE(decoded.report.problem.empty());
+  }
+}
+
+// A row cut short keeps the bytes that came, finished; an unknown filter type is told.
+TEST(Predictor, KeepsWhatCameOfABrokenRow) {
+  const std::string rows = sample_bytes(60, 4);
+  const Parms parms({{"Predictor", 15}, {"Colors", 3}, {"Columns", 4}});
+  const std::string predicted = png_predict(rows, 12, 3, 5);
+  for (std::size_t cut = 1; cut < predicted.size(); ++cut) {
+    const std::size_t whole_rows = cut / 13;
+    const std::size_t expected = whole_rows * 12 + (cut % 13 > 0 ? cut % 13 - 1 : 0);
+    EXPECT_EQ(decode("Fl", deflate(predicted.substr(0, cut)), &parms.dict).bytes,
+              rows.substr(0, expected));
+  }
+  std::string unknown = predicted;
+  unknown[26] = 77;
+  const Decoded decoded = decode("Fl", deflate(unknown), &parms.dict);
+  EXPECT_EQ(decoded.bytes.substr(0, 24), rows.substr(0, 24));
+  EXPECT_TRUE(decoded.report.damaged);
+}
+
+}  // namespace
+}  // namespace filter_test
