@@ -1,0 +1,187 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+// Builds a tree of objects as the input says, copies it, and checks that the copy is equal, that it
+// stays so when the original goes, and that nothing is left of either.
+//
+// The input is read as a list of orders, a byte each, with their operands behind them: what the
+// value at hand becomes, a step into it, or a step out.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "pdf/obj/object.h"
+
+namespace {
+
+constexpr int max_depth = 64;
+
+class Input {
+ public:
+  Input(const std::uint8_t* data, std::size_t size) : at_(data), left_(size) {}
+  bool done() const { return left_ == 0; }
+
+  std::uint8_t byte() {
+    if (left_ == 0) return 0;
+    --left_;
+    return *at_++;
+  }
+  std::uint64_t word() {
+    std::uint64_t w = 0;
+    for (int i = 0; i < 8; ++i) w = w << 8 | byte();
+    return w;
+  }
+  // Up to `n` bytes, where they lie in the input.
+  const std::uint8_t* bytes(std::size_t& n) {
+    if (n > left_) n = left_;
+    const std::uint8_t* first = at_;
+    at_ += n;
+    left_ -= n;
+    return first;
+  }
+
+ private:
+  const std::uint8_t* at_;
+  std::size_t left_;
+};
+
+// A short NUL-terminated text without NUL inside.
+struct Text {
+  explicit Text(Input& in) {
+    std::size_t n = in.byte() % (sizeof chars - 1);
+    const std::uint8_t* from = in.bytes(n);
+    for (std::size_t i = 0; i < n; ++i) chars[i] = static_cast<char>(from[i] | 1U);
+  }
+  char chars[16] = {};
+};
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+bool equal(const CPDFObj& a, const CPDFObj& b);
+
+bool equal(const CPDFDictionary& a, const CPDFDictionary& b) {
+  if (a.count != b.count) return false;
+  for (int i = 0; i < a.count; ++i) {
+    if (std::strcmp(CPDFDictionary::key_of(a.items[i]), CPDFDictionary::key_of(b.items[i])) != 0 ||
+        !equal(*a.items[i], *b.items[i])) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool equal(const CPDFObj& a, const CPDFObj& b) {
+  if (a.type != b.type) return false;
+  switch (a.type) {
+    case PDF_STRING:
+      return a.as_int() == b.as_int() && a.str_bytes != b.str_bytes &&
+             std::memcmp(a.str_bytes, b.str_bytes, static_cast<std::size_t>(a.as_int()) + 1) == 0;
+    case PDF_NAME:
+      return a.name() != b.name() && std::strcmp(a.name(), b.name()) == 0;
+    case PDF_ARRAY:
+      if (a.array() == b.array() || a.array()->count != b.array()->count) return false;
+      for (int i = 0; i < a.array()->count; ++i) {
+        if (!equal(a.array()->items[i], b.array()->items[i])) return false;
+      }
+      return true;
+    case PDF_DICTIONARY:
+      return a.dict() != b.dict() && equal(*a.dict(), *b.dict());
+    case PDF_STREAM:
+      return a.stream() != b.stream() && equal(a.stream()->dict, b.stream()->dict) &&
+             std::memcmp(a.stream()->location, b.stream()->location, sizeof a.stream()->location) ==
+                 0;
+    default:
+      return a.value == b.value;
+  }
+}
+
+void require_sorted(const CPDFDictionary& dict) {
+  for (int i = 1; i < dict.count; ++i) {
+    require(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]),
+                        CPDFDictionary::key_of(dict.items[i])) < 0);
+  }
+}
+
+// One order on `obj`. Returns the value that the next order is for: `obj`, or one inside it.
+CPDFObj* change(CPDFObj* obj, Input& in) {
+  switch (in.byte() % 12) {
+    case 0:
+      obj->free();
+      break;
+    case 1:
+      obj->set_bool((in.byte() & 1) != 0);
+      break;
+    case 2:
+      obj->set_int(static_cast<int>(in.word()));
+      break;
+    case 3:
+      obj->set_real(static_cast<std::int64_t>(in.word()));
+      break;
+    case 4: {
+      std::size_t n = in.byte();
+      const std::uint8_t* from = in.bytes(n);
+      obj->set_string(from, static_cast<int>(n));
+      require(obj->as_int() == static_cast<int>(n) && obj->str_bytes[n] == 0);
+      break;
+    }
+    case 5:
+      obj->set_name(Text(in).chars);
+      break;
+    case 6:
+      require(obj->set_array() == obj->array() && obj->array() != nullptr);
+      break;
+    case 7:
+      require(obj->set_dict() == obj->dict() && obj->dict() != nullptr);
+      break;
+    case 8:
+      obj->set_ref(PDF_REF{in.byte(), in.byte()});
+      break;
+    case 9:
+      obj->set_stream()->location[in.byte() & 3] = in.word();
+      break;
+    default: {  // Into a container, twice as likely as each of the others.
+      if (obj->array() != nullptr) return obj->array()->append();
+      CPDFDictionary* dict = obj->stream() != nullptr ? &obj->stream()->dict : obj->dict();
+      if (dict == nullptr) break;
+      CPDFObj* entry = dict->set(Text(in).chars);
+      require(entry->type == PDF_EMPTY);
+      require_sorted(*dict);
+      return entry;
+    }
+  }
+  return obj;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input in(data, size);
+  CPDFObjHolder root;
+  CPDFObj* obj = &root;
+  int depth = 0;
+  while (!in.done()) {
+    CPDFObj* next = change(obj, in);
+    if (next != obj) ++depth;
+    obj = next;
+    if (depth == max_depth || in.byte() % 4 == 0) {
+      // Out of all containers: the next order replaces the root, or steps into it again.
+      obj = &root;
+      depth = 0;
+    }
+  }
+
+  CPDFObjHolder copy;
+  copy.set_name("what the copy replaces");
+  copy.copy_from(&root);
+  require(equal(root, copy));
+
+  CPDFObjHolder second;
+  second.copy_from(&copy);
+  root.free();
+  require(root.type == PDF_EMPTY && equal(copy, second));
+
+  copy.copy_from(nullptr);
+  require(copy.type == PDF_EMPTY);
+  return 0;
+}
