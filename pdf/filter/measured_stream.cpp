@@ -63,8 +63,8 @@ namespace pdfbmp {
 std::unique_ptr<CPDFStream> make_measured_stream(std::unique_ptr<CPDFStream> stream,
                                                  std::shared_ptr<CPDFDecodeReport> report) {
   if (auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get())) {
-    stream.release();
     std::unique_ptr<CPDFStreamJPX> owned(jpx);
+    static_cast<void>(stream.release());  // It is `owned` now.
     return std::unique_ptr<CPDFStream>(new (std::nothrow)
                                            MeasuredJPX(std::move(owned), std::move(report)));
   }
