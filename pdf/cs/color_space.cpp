@@ -5,6 +5,4 @@ void CPDFCSBase::get_default_color(PDF_COLOR& color) {
   for (int i = 0; i < 4; ++i) color.val[i] = 0;
 }
 
-int CPDFCSBase::support_op() {
-  return 0;
-}
+int CPDFCSBase::support_op() { return 0; }

@@ -19,9 +19,7 @@ void CPDFCSDeviceCMYK::get_rgb(const PDF_COLOR& color, _KXRGBA& rgba) {
   cmyk_to_rgba(ink(0), ink(1), ink(2), ink(3), rgba);
 }
 
-void CPDFCSDeviceCMYK::get_cmyk(const PDF_COLOR& color, PDF_COLOR& cmyk) {
-  cmyk = color;
-}
+void CPDFCSDeviceCMYK::get_cmyk(const PDF_COLOR& color, PDF_COLOR& cmyk) { cmyk = color; }
 
 void CPDFCSDeviceCMYK::get_default_color(PDF_COLOR& color) {
   CPDFCSBase::get_default_color(color);
@@ -44,6 +42,4 @@ void CPDFCSDeviceCMYK::batch_rgb4(_KXRGBA* dst, const unsigned char* src, int nb
   runs::to_rgba(&CPDFRows::rgba_from_cmyk, 2, comp_count, dst, src, nbytes);
 }
 
-int CPDFCSDeviceCMYK::support_op() {
-  return 1;
-}
+int CPDFCSDeviceCMYK::support_op() { return 1; }

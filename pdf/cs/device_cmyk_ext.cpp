@@ -34,9 +34,7 @@ void CPDFCSDeviceCMYKExt::get_rgb(const PDF_COLOR& color, _KXRGBA& rgba) {
                      rgba);
 }
 
-void CPDFCSDeviceCMYKExt::get_cmyk(const PDF_COLOR& color, PDF_COLOR& cmyk) {
-  cmyk = color;
-}
+void CPDFCSDeviceCMYKExt::get_cmyk(const PDF_COLOR& color, PDF_COLOR& cmyk) { cmyk = color; }
 
 void CPDFCSDeviceCMYKExt::get_default_color(PDF_COLOR& color) {
   CPDFCSBase::get_default_color(color);
@@ -62,9 +60,7 @@ void CPDFCSDeviceCMYKExt::batch_rgb4(_KXRGBA* dst, const unsigned char* src, int
                 table_size());
 }
 
-int CPDFCSDeviceCMYKExt::support_op() {
-  return 0;
-}
+int CPDFCSDeviceCMYKExt::support_op() { return 0; }
 
 void CPDFCSDeviceCMYKExt::cmyk_calc(unsigned short* node, int* frac, int* out) {
   cmyk_grid::tetrahedron(node, frac, out);

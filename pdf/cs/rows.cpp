@@ -36,13 +36,9 @@ const CPDFRows& rows_for(const void* dst, size_t dst_bytes, const void* src, siz
   return d < s + src_bytes && s < d + dst_bytes ? scalar_rows : rows();
 }
 
-bool cpu_runs(CPDFCpu cpu) {
-  return cpu == CPDFCpu::scalar;
-}
+bool cpu_runs(CPDFCpu cpu) { return cpu == CPDFCpu::scalar; }
 
-CPDFRows rows_of(CPDFCpu) {
-  return scalar_rows;
-}
+CPDFRows rows_of(CPDFCpu) { return scalar_rows; }
 
 const char* cpu_name(CPDFCpu cpu) {
   constexpr const char* names[] = {"scalar", "sse41", "avx2", "avx512"};

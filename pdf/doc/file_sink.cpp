@@ -12,9 +12,7 @@
 namespace {
 
 // strerror's text without its buffer that all threads share.
-std::string text_of_errno() {
-  return std::generic_category().message(errno);
-}
+std::string text_of_errno() { return std::generic_category().message(errno); }
 
 // A file of this name that did not exist before, with the rights that the user's mask leaves (the
 // ones mkstemp gives would shut out everybody else).

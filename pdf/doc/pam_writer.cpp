@@ -121,6 +121,4 @@ bool CPDFPamWriter::write_row(const unsigned char* row) {
   return true;
 }
 
-bool CPDFPamWriter::finish() {
-  return true;
-}
+bool CPDFPamWriter::finish() { return true; }

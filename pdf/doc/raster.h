@@ -44,9 +44,9 @@ class CPDFRasterReader {
 class CPDFRasterWriter {
  public:
   virtual ~CPDFRasterWriter() = default;
-  virtual bool begin(const CPDFRasterInfo& info) = 0;       ///< Once, before the first row.
-  virtual bool write_row(const unsigned char* row) = 0;     ///< `info.height` times.
-  virtual bool finish() = 0;                                ///< Once, after the last row.
+  virtual bool begin(const CPDFRasterInfo& info) = 0;    ///< Once, before the first row.
+  virtual bool write_row(const unsigned char* row) = 0;  ///< `info.height` times.
+  virtual bool finish() = 0;                             ///< Once, after the last row.
 };
 
 /// Where a writer's bytes go. False means that no more can be written.

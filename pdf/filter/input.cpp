@@ -9,9 +9,7 @@
 
 CPDFInput::CPDFInput(std::unique_ptr<CPDFStream> stream) : stream_(std::move(stream)) {}
 
-CPDFInput::~CPDFInput() {
-  KXFree(buffer_);
-}
+CPDFInput::~CPDFInput() { KXFree(buffer_); }
 
 bool CPDFInput::fill() {
   // As large as a window, so that a filter below writes its piece straight into this buffer.

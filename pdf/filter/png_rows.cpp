@@ -51,9 +51,7 @@ int paeth(int left, int above, int corner) {
   return a <= b && a <= c ? left : other;
 }
 
-unsigned char byte(int v) {
-  return static_cast<unsigned char>(v);
-}
+unsigned char byte(int v) { return static_cast<unsigned char>(v); }
 
 void undo_up(unsigned char* row, const unsigned char* above, int n) {
   for (int i = 0; i < n; ++i) row[i] = byte(row[i] + above[i]);

@@ -59,9 +59,7 @@ class MemorySource : public CPDFSource {
   std::string bytes_;
 };
 
-std::string reason(int error) {
-  return std::generic_category().message(error);
-}
+std::string reason(int error) { return std::generic_category().message(error); }
 
 }  // namespace
 

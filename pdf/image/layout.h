@@ -85,9 +85,7 @@ inline void read_decoded_bytes(const CPDFImage& image, const unsigned char* pixe
 }
 
 /// Drops the stream that has been read.
-inline void release_stream(CPDFImage& image) {
-  delete std::exchange(image.stream, nullptr);
-}
+inline void release_stream(CPDFImage& image) { delete std::exchange(image.stream, nullptr); }
 
 /// Drops a colour space that the image owns.
 inline void release_color_space(CPDFImage& image) {

@@ -17,9 +17,7 @@ constexpr int fixed_to_int(std::int64_t v) {
   return static_cast<int>(static_cast<std::uint32_t>(rounded >> fixed_fraction_bits));
 }
 
-constexpr std::int64_t int_to_fixed(int i) {
-  return std::int64_t{i} * fixed_one;
-}
+constexpr std::int64_t int_to_fixed(int i) { return std::int64_t{i} * fixed_one; }
 
 /// The unit range brought to 0..255, rounded: 0.5 gives 128; 1.0 and more 255; 0 and less 0.
 constexpr int fixed_to_byte(std::int64_t v) {

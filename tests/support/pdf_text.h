@@ -92,9 +92,7 @@ class PdfText {
   std::string_view text_;
 };
 
-inline void parse_pdf(std::string_view text, CPDFObj& out) {
-  PdfText(text).read(out);
-}
+inline void parse_pdf(std::string_view text, CPDFObj& out) { PdfText(text).read(out); }
 
 /// A table of objects given as text, and of streams given as a dictionary and decoded bytes.
 class TextXRef : public CPDFXRefTable {

@@ -13,9 +13,7 @@ using pdfbmp::Mat3;
 using pdfbmp::Vec3;
 
 // The standard's g: from the stage of a component to its part of the white point.
-double g(double x) {
-  return x >= 6.0 / 29 ? x * x * x : 108.0 / 841 * (x - 4.0 / 29);
-}
+double g(double x) { return x >= 6.0 / 29 ? x * x * x : 108.0 / 841 * (x - 4.0 / 29); }
 
 class CPDFCSLab final : public CPDFCSParsed {
  public:

@@ -44,9 +44,7 @@ CPDFCSParsed::CPDFCSParsed(int family_code, int components) {
   comp_count = components;
 }
 
-CPDFCSRange CPDFCSParsed::range_of(int) const {
-  return {};
-}
+CPDFCSRange CPDFCSParsed::range_of(int) const { return {}; }
 
 void CPDFCSParsed::get_gray(const PDF_COLOR& color, unsigned char& gray) {
   unsigned char bytes[max_components];

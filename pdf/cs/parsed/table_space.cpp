@@ -18,9 +18,7 @@ void CPDFCSTable::rgb_of(const double* components, _KXRGBA& rgba) const {
   rgba = {mix(a.b, b.b), mix(a.g, b.g), mix(a.r, b.r), 255};
 }
 
-CPDFCSRange CPDFCSTable::range_of(int) const {
-  return range_;
-}
+CPDFCSRange CPDFCSTable::range_of(int) const { return range_; }
 
 void CPDFCSTable::get_default_color(PDF_COLOR& color) {
   CPDFCSParsed::get_default_color(color);
