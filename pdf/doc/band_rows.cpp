@@ -1,0 +1,108 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/doc/band_rows.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "pdf/cs/rows.h"
+#include "pdf/image/decode/scale.h"
+
+namespace {
+
+constexpr std::int64_t band_bytes = std::int64_t{1} << 20;
+
+/// The samples as the stream of a band's record: each read is one row. A row that cannot be read
+/// leaves its place in the bitmap blank. Opacity by the colour key is gathered on the way.
+class RowStream : public CPDFStream {
+ public:
+  RowStream(CPDFSampleRows& samples, unsigned char* key) : samples_(samples), key_(key) {}
+
+  int read_block(void* dst, int n) override {
+    const bool is_read = samples_.read(static_cast<unsigned char*>(dst));
+    if (key_ != nullptr) {
+      const auto width = static_cast<std::size_t>(samples_.layout().width);
+      std::memcpy(key_, samples_.key_opacity(), width);
+      key_ += width;
+    }
+    return is_read ? n : 0;
+  }
+
+ private:
+  CPDFSampleRows& samples_;
+  unsigned char* key_;
+};
+
+class BandRows : public CPDFColorRows {
+ public:
+  BandRows(CPDFCSBase& cs, std::unique_ptr<CPDFSampleRows> samples)
+      : cs_(cs), samples_(std::move(samples)) {
+    info_.width = samples_->layout().width;
+    info_.height = samples_->layout().height;
+    info_.format = CPDFPixelFormat::rgb8;
+    rows_in_band_ = static_cast<int>(
+        std::clamp<std::int64_t>(band_bytes / (std::int64_t{4} * info_.width), 1, info_.height));
+  }
+
+  bool prepare() {
+    // One row must stay below the size from which the unit reduces pictures.
+    if (info_.width >= image_decoding::half_size_from) return false;
+    if (!samples_->layout().has_key) return true;
+    keys_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(rows_in_band_) *
+                                                 static_cast<std::size_t>(info_.width)]);
+    return keys_ != nullptr;
+  }
+
+  void read(unsigned char* dst, unsigned char* key) override {
+    const auto width = static_cast<std::size_t>(info_.width);
+    if (next_ == band_rows_) decode_band();
+    const CKXBmp32* bmp = band_ != nullptr ? band_->bmp : nullptr;
+    if (bmp == nullptr) {
+      std::memset(dst, 0, width * 3);
+      if (key != nullptr) std::memset(key, 0, width);
+      return;
+    }
+    const auto* pixel = reinterpret_cast<const _KXRGBA*>(
+        bmp->pixels + std::ptrdiff_t{bmp->height - 1 - next_} * bmp->stride);
+    for (std::size_t x = 0; x < width; ++x, ++pixel, dst += 3) {
+      dst[0] = pixel->r;
+      dst[1] = pixel->g;
+      dst[2] = pixel->b;
+    }
+    if (key != nullptr) std::memcpy(key, &keys_[static_cast<std::size_t>(next_) * width], width);
+    ++next_;
+  }
+
+ private:
+  void decode_band() {
+    band_rows_ = std::min(rows_in_band_, info_.height - done_);
+    done_ += band_rows_;
+    next_ = 0;
+    band_.reset(new (std::nothrow) CPDFImage);
+    if (band_ == nullptr) return;
+    band_->width = info_.width;
+    band_->height = band_rows_;
+    band_->bpc = 8;
+    band_->cs = &cs_;
+    band_->cs_borrowed = 1;
+    band_->stream = new (std::nothrow) RowStream(*samples_, keys_.get());
+    band_->get_bmp();
+  }
+
+  CPDFCSBase& cs_;
+  std::unique_ptr<CPDFSampleRows> samples_;
+  std::unique_ptr<unsigned char[]> keys_;
+  std::unique_ptr<CPDFImage> band_;
+  int rows_in_band_ = 0;  ///< Of a full band.
+  int band_rows_ = 0;     ///< Of the band at hand.
+  int next_ = 0;          ///< Row of the band to be given next.
+  int done_ = 0;          ///< Rows decoded so far.
+};
+
+}  // namespace
+
+std::unique_ptr<CPDFColorRows> pdfbmp::make_band_rows(CPDFCSBase& cs,
+                                                      std::unique_ptr<CPDFSampleRows> samples) {
+  auto rows = std::make_unique<BandRows>(cs, std::move(samples));
+  return rows->prepare() ? std::move(rows) : nullptr;
+}
