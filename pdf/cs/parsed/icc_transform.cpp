@@ -2,6 +2,7 @@
 #include "pdf/cs/parsed/icc_transform.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <list>
 #include <mutex>
 #include <utility>
@@ -53,6 +54,41 @@ Cache& cache() {
   return the_cache;
 }
 
+/// Whether two transforms agree within one level over a few thousand colours.
+bool agree(cmsHTRANSFORM a, cmsHTRANSFORM b, cmsUInt32Number channels) {
+  constexpr cmsUInt32Number pixels = 4096;
+  std::vector<unsigned char> samples(pixels * channels), of_a(pixels * 4), of_b(pixels * 4);
+  std::uint32_t state = 1;
+  for (unsigned char& sample : samples) {
+    state = state * 1664525U + 1013904223U;
+    const std::uint32_t level = state >> 24;
+    // The outermost levels of each ink are where grids differ most, and what pictures hold most.
+    const std::uint32_t outer = level < 128 ? level / 16 : 255 - (255 - level) / 16;
+    sample = static_cast<unsigned char>((state >> 20 & 1) != 0 ? outer : level);
+  }
+  cmsDoTransform(a, samples.data(), of_a.data(), pixels);
+  cmsDoTransform(b, samples.data(), of_b.data(), pixels);
+  return std::equal(of_a.begin(), of_a.end(), of_b.begin(),
+                    [](int x, int y) { return x - y <= 1 && y - x <= 1; });
+}
+
+/// Little CMS resamples what is no matrix and curves into a grid of its own, which makes it five
+/// times as fast and, for a profile whose grid does not fit that one, wrong by some levels. The
+/// smallest grid that serves is taken: its default, then one that most grids of profiles divide.
+pdfbmp::LcmsTransform fastest_exact(const pdfbmp::LcmsProfile& profile, cmsUInt32Number format,
+                                    cmsUInt32Number channels) {
+  const auto with = [&](cmsUInt32Number flags) {
+    return pdfbmp::transform_to_srgb(profile, format, TYPE_BGRA_8, flags);
+  };
+  pdfbmp::LcmsTransform exact = with(cmsFLAGS_NOOPTIMIZE);
+  if (!exact || channels == 1) return exact;
+  for (const cmsUInt32Number flags : {0U, cmsFLAGS_GRIDPOINTS(channels == 4 ? 31U : 61U)}) {
+    pdfbmp::LcmsTransform fast = with(flags);
+    if (fast && agree(fast.get(), exact.get(), channels)) return fast;
+  }
+  return exact;
+}
+
 }  // namespace
 
 std::shared_ptr<const CPDFIccTransform> CPDFIccTransform::of(std::vector<unsigned char> profile) {
@@ -77,8 +113,7 @@ std::shared_ptr<const CPDFIccTransform> CPDFIccTransform::make(
   auto result = std::make_shared<CPDFIccTransform>();
   result->components_ = static_cast<int>(channels);
   result->is_lab_ = space == cmsSigLabData;
-  result->transform_ =
-      pdfbmp::transform_to_srgb(profile, format, TYPE_BGRA_8, cmsFLAGS_HIGHRESPRECALC);
+  result->transform_ = fastest_exact(profile, format, channels);
   if (!result->transform_) return nullptr;
   result->is_srgb_ = space == cmsSigRgbData &&
                      pdfbmp::is_srgb([&](_KXRGBA* dst, const unsigned char* src, int pixels) {
