@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "pdf/cs/rows_x86.h"
+
 namespace {
 
 constexpr CPDFCpu paths[] = {CPDFCpu::scalar, CPDFCpu::sse41, CPDFCpu::avx2, CPDFCpu::avx512};
@@ -36,9 +38,35 @@ const CPDFRows& rows_for(const void* dst, size_t dst_bytes, const void* src, siz
   return d < s + src_bytes && s < d + dst_bytes ? scalar_rows : rows();
 }
 
-bool cpu_runs(CPDFCpu cpu) { return cpu == CPDFCpu::scalar; }
+bool cpu_runs(CPDFCpu cpu) {
+#ifdef __x86_64__
+  switch (cpu) {
+    case CPDFCpu::scalar:
+      return true;
+    case CPDFCpu::sse41:
+      return __builtin_cpu_supports("sse4.1");
+    case CPDFCpu::avx2:
+      return __builtin_cpu_supports("avx2");
+    case CPDFCpu::avx512:
+      return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+             __builtin_cpu_supports("avx512vl");
+  }
+  return false;
+#else
+  return cpu == CPDFCpu::scalar;
+#endif
+}
 
-CPDFRows rows_of(CPDFCpu) { return scalar_rows; }
+CPDFRows rows_of(CPDFCpu cpu) {
+  CPDFRows rows = scalar_rows;
+#ifdef __x86_64__
+  if (cpu >= CPDFCpu::sse41) overlay_sse41(rows);
+  if (cpu >= CPDFCpu::avx2) overlay_avx2(rows);
+  if (cpu >= CPDFCpu::avx512) overlay_avx512(rows);
+#endif
+  rows.cpu = cpu;
+  return rows;
+}
 
 const char* cpu_name(CPDFCpu cpu) {
   constexpr const char* names[] = {"scalar", "sse41", "avx2", "avx512"};
