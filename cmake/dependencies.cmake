@@ -11,3 +11,5 @@ add_library(pdfbmp_dependencies INTERFACE)
 target_link_libraries(pdfbmp_dependencies INTERFACE
   PkgConfig::QPDF PkgConfig::ISAL PkgConfig::JPEG PkgConfig::OPENJP2 PkgConfig::LCMS2
   Threads::Threads)
+# qpdf asks how far its users have come from its old smart pointer: all the way.
+target_compile_definitions(pdfbmp_dependencies INTERFACE POINTERHOLDER_TRANSITION=4)

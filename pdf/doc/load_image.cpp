@@ -1,0 +1,128 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/doc/load_image.h"
+
+#include <climits>
+#include <new>
+#include <utility>
+
+#include "pdf/doc/default_spaces.h"
+#include "pdf/doc/describe.h"
+#include "pdf/filter/filter_chain.h"
+#include "pdf/filter/filter_table.h"
+#include "pdf/filter/measured_stream.h"
+#include "pdf/obj/access.h"
+#include "pdf/obj/resources.h"
+
+namespace {
+
+/// What the record of an inline image borrows.
+struct InlineKeeper {
+  std::shared_ptr<const CPDFInlineImage> source;
+  std::string data;
+  std::unique_ptr<CPDFCSBase> space;
+  std::string space_name;
+  CPDFResources::NamedCS named = {nullptr, nullptr};
+  CPDFResources resources = {nullptr, 0};
+};
+
+/// The stream's report. A stream without one (bytes of an inline image that no filter decodes) is
+/// put behind a counter first.
+std::shared_ptr<CPDFDecodeReport> measure(CPDFImage* image) {
+  if (image == nullptr || image->stream == nullptr) return nullptr;
+  if (auto report = pdfbmp::report_of(image->stream)) return report;
+  auto report = std::make_shared<CPDFDecodeReport>();
+  std::unique_ptr<CPDFStream> plain(std::exchange(image->stream, nullptr));
+  image->stream = pdfbmp::make_measured_stream(std::move(plain), report).release();
+  return report;
+}
+
+/// Why there is no stream.
+std::string stream_problem(const CPDFDictionary& dict, CPDFObjectTable& table,
+                           const std::string& failure) {
+  for (const std::string& name : pdfbmp::filter_names(dict, &table)) {
+    if (pdfbmp::find_filter(name.c_str()) == nullptr) {
+      return "filter " + name + " is not supported";
+    }
+  }
+  return failure.empty() ? "the data cannot be read" : failure;
+}
+
+/// Why there is no colour space.
+std::string space_problem(const CPDFObj* entry, CPDFObjectTable& table,
+                          const CPDFDictionary* named) {
+  if (entry == nullptr) return "the image has no colour space";
+  const pdfbmp::ColorSpaceName name = pdfbmp::name_color_space(*entry, &table, named);
+  if (name.family.empty()) return "the colour space is broken";
+  return "colour space " + name.family + " cannot be used for this image";
+}
+
+std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, const CPDFObj* space,
+                         const CPDFDictionary* named, CPDFObjectTable& table,
+                         const std::string& failure) {
+  if (image.stream == nullptr) return stream_problem(dict, table, failure);
+  const bool needs_space = (image.flags & CPDFImage::image_mask) == 0;
+  if (needs_space && image.cs == nullptr) return space_problem(space, table, named);
+  if (image.width < 1 || image.height < 1) return "the image has no size";
+  return {};
+}
+
+}  // namespace
+
+namespace pdfbmp {
+
+CPDFLoadedImage load_image_object(CPDFObjectTable& table, const PDF_REF& ref,
+                                  const CPDFDictionary* spaces) {
+  CPDFLoadedImage loaded;
+  loaded.image.reset(new (std::nothrow) CPDFImage);
+  if (loaded.image == nullptr) return loaded;
+  CPDFImage& image = *loaded.image;
+  image.xref = &table;
+  table.get_entity(image.obj, ref);
+  const CPDFStreamRec* rec = image.obj.stream();
+  if (rec == nullptr) {
+    loaded.problem = "the object is no stream";
+    return loaded;
+  }
+  image.load();
+  const CPDFObj* space = find_key(&rec->dict, CPDFDictionary::sm_tag_cs);
+  apply_default_space(image, space, spaces, &table);
+  loaded.report = measure(&image);
+  loaded.mask_report = measure(image.mask);
+  loaded.smask_report = measure(image.smask);
+  loaded.problem = find_problem(image, rec->dict, space, nullptr, table, table.failure_of(ref.num));
+  return loaded;
+}
+
+CPDFLoadedImage load_inline_image(CPDFObjectTable& table,
+                                  std::shared_ptr<const CPDFInlineImage> source) {
+  CPDFLoadedImage loaded;
+  loaded.image.reset(new (std::nothrow) CPDFImage);
+  if (loaded.image == nullptr || source->dict == nullptr || source->data.size() > INT_MAX) {
+    loaded.image.reset();
+    return loaded;
+  }
+  auto keeper = std::make_shared<InlineKeeper>();
+  keeper->source = source;
+  keeper->data = source->data;
+  const CPDFDictionary* named = source->color_spaces.get();
+  const CPDFObj* space = image_entry(*source->dict, "CS", CPDFDictionary::sm_tag_cs);
+  const char* name = space != nullptr ? space->name() : nullptr;
+  const CPDFObj* resource = name != nullptr ? find_key(named, name) : nullptr;
+  if (resource != nullptr) {
+    keeper->space.reset(CPDFCSBase::parser_cs(resource, &table));
+    keeper->space_name = name;
+    keeper->named = {keeper->space_name.c_str(), keeper->space.get()};
+    keeper->resources = {&keeper->named, 1};
+  }
+  CPDFImage& image = *loaded.image;
+  image.xref = &table;
+  image.load_inline(source->dict.get(), reinterpret_cast<unsigned char*>(keeper->data.data()),
+                    static_cast<int>(keeper->data.size()), &keeper->resources);
+  apply_default_space(image, space, named, &table);
+  loaded.report = measure(&image);
+  loaded.problem = find_problem(image, *source->dict, space, named, table, {});
+  loaded.keep_alive = std::move(keeper);
+  return loaded;
+}
+
+}  // namespace pdfbmp

@@ -1,0 +1,45 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "pdf/doc/document.h"
+
+namespace {
+
+// Walks every PDF of the folder that PDFBMP_CORPUS names and loads each of its images.
+TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
+  const char* folder = std::getenv("PDFBMP_CORPUS");
+  if (folder == nullptr) GTEST_SKIP() << "PDFBMP_CORPUS names no folder";
+  int files = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".pdf") continue;
+    SCOPED_TRACE(entry.path().filename().string());
+    ++files;
+    std::string message;
+    CPDFOpenStatus status{};
+    auto document = CPDFDocument::open(pdfbmp::open_file_source(entry.path().string(), message), {},
+                                       status, message);
+    EXPECT_EQ(document == nullptr, status != CPDFOpenStatus::ok);
+    EXPECT_EQ(document == nullptr, !message.empty()) << message;
+    if (document == nullptr) continue;
+    for (const CPDFFoundImage& found : document->find_images(1, document->page_count())) {
+      SCOPED_TRACE(found.object);
+      EXPECT_FALSE(found.pages.empty());
+      const CPDFLoadedImage loaded = document->load_image(found);
+      ASSERT_NE(loaded.image, nullptr);
+      EXPECT_EQ(loaded.problem.empty(), loaded.image->stream != nullptr &&
+                                            (loaded.image->cs != nullptr || found.image_mask) &&
+                                            found.width > 0 && found.height > 0)
+          << loaded.problem;
+      EXPECT_EQ(loaded.image->width, found.width);
+      EXPECT_EQ(loaded.image->height, found.height);
+      EXPECT_NE(document->raw_stream(found), nullptr);
+    }
+  }
+  EXPECT_GT(files, 0);
+}
+
+}  // namespace
