@@ -6,57 +6,24 @@
 // value at hand becomes, a step into it, or a step out.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
+#include "fuzz/input.h"
 #include "pdf/obj/object.h"
 
 namespace {
 
 constexpr int max_depth = 64;
 
-class Input {
- public:
-  Input(const std::uint8_t* data, std::size_t size) : at_(data), left_(size) {}
-  bool done() const { return left_ == 0; }
-
-  std::uint8_t byte() {
-    if (left_ == 0) return 0;
-    --left_;
-    return *at_++;
-  }
-  std::uint64_t word() {
-    std::uint64_t w = 0;
-    for (int i = 0; i < 8; ++i) w = w << 8 | byte();
-    return w;
-  }
-  // Up to `n` bytes, where they lie in the input.
-  const std::uint8_t* bytes(std::size_t& n) {
-    if (n > left_) n = left_;
-    const std::uint8_t* first = at_;
-    at_ += n;
-    left_ -= n;
-    return first;
-  }
-
- private:
-  const std::uint8_t* at_;
-  std::size_t left_;
-};
-
 // A short NUL-terminated text without NUL inside.
 struct Text {
-  explicit Text(Input& in) {
+  explicit Text(FuzzInput& in) {
     std::size_t n = in.byte() % (sizeof chars - 1);
     const std::uint8_t* from = in.bytes(n);
     for (std::size_t i = 0; i < n; ++i) chars[i] = static_cast<char>(from[i] | 1U);
   }
   char chars[16] = {};
 };
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool equal(const CPDFObj& a, const CPDFObj& b);
 
@@ -104,7 +71,7 @@ void require_sorted(const CPDFDictionary& dict) {
 }
 
 // One order on `obj`. Returns the value that the next order is for: `obj`, or one inside it.
-CPDFObj* change(CPDFObj* obj, Input& in) {
+CPDFObj* change(CPDFObj* obj, FuzzInput& in) {
   switch (in.byte() % 12) {
     case 0:
       obj->free();
@@ -156,7 +123,7 @@ CPDFObj* change(CPDFObj* obj, Input& in) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Input in(data, size);
+  FuzzInput in(data, size);
   CPDFObjHolder root;
   CPDFObj* obj = &root;
   int depth = 0;
