@@ -4,12 +4,14 @@
 #include <cstring>
 
 #include "pdf/filter/crypt.h"
+#include "pdf/filter/dct.h"
 #include "pdf/filter/flate.h"
 
 namespace {
 
 constexpr pdfbmp::FilterEntry filters[] = {
     {"FlateDecode", "Fl", pdfbmp::make_flate},
+    {"DCTDecode", "DCT", pdfbmp::make_dct},
     {"Crypt", "Crypt", pdfbmp::make_crypt},
 };
 

@@ -1,0 +1,224 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/filter/dct.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+// After <cstdio>, whose types it uses.
+#include <jpeglib.h>
+
+#include "tests/pdf/filter/samples.h"
+
+using filter_test::decode;
+using filter_test::Decoded;
+using filter_test::Parms;
+
+namespace {
+
+struct Jpeg {
+  J_COLOR_SPACE stored = JCS_YCbCr;  ///< The encoder stores the samples as they are.
+  int adobe = -1;                    ///< The transform that an Adobe marker names; negative: none.
+  int width = 40, height = 48;
+  bool progressive = false;
+  unsigned restart_rows = 0;
+};
+
+int components_of(const Jpeg& jpeg) {
+  return jpeg.stored == JCS_GRAYSCALE                         ? 1
+         : jpeg.stored == JCS_CMYK || jpeg.stored == JCS_YCCK ? 4
+                                                              : 3;
+}
+
+/// Component `c` of a smooth picture, from 60 to 188, which a JPEG of quality 100 keeps within 2.
+int smooth_sample(int x, int y, int c) {
+  const int ramp = (x * (c + 1) + y * (3 - c % 3) + c * 40) % 256;
+  return std::abs(ramp - 128) + 60;
+}
+
+std::string encode(const Jpeg& jpeg) {
+  jpeg_compress_struct info = {};
+  jpeg_error_mgr errors = {};
+  info.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&info);
+  unsigned char* bytes = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&info, &bytes, &size);
+  info.image_width = static_cast<JDIMENSION>(jpeg.width);
+  info.image_height = static_cast<JDIMENSION>(jpeg.height);
+  info.input_components = components_of(jpeg);
+  info.in_color_space = jpeg.stored;
+  jpeg_set_defaults(&info);
+  jpeg_set_colorspace(&info, jpeg.stored);
+  jpeg_set_quality(&info, 100, TRUE);
+  info.write_JFIF_header = info.write_Adobe_marker = FALSE;
+  for (int c = 0; c < info.num_components; ++c) {
+    info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1;
+  }
+  info.restart_in_rows = static_cast<int>(jpeg.restart_rows);
+  if (jpeg.progressive) jpeg_simple_progression(&info);
+  jpeg_start_compress(&info, TRUE);
+  if (jpeg.adobe >= 0) {
+    const JOCTET marker[12] = {'A', 'd', 'o', 'b', 'e', 0,
+                               100, 0,   0,   0,   0,   static_cast<JOCTET>(jpeg.adobe)};
+    jpeg_write_marker(&info, JPEG_APP0 + 14, marker, sizeof marker);
+  }
+  std::string row;
+  for (int y = 0; y < jpeg.height; ++y) {
+    row.clear();
+    for (int x = 0; x < jpeg.width; ++x) {
+      for (int c = 0; c < info.input_components; ++c) {
+        row += static_cast<char>(smooth_sample(x, y, c));
+      }
+    }
+    JSAMPROW start = reinterpret_cast<JSAMPROW>(row.data());
+    jpeg_write_scanlines(&info, &start, 1);
+  }
+  jpeg_finish_compress(&info);
+  const std::string encoded(reinterpret_cast<char*>(bytes), size);
+  jpeg_destroy_compress(&info);
+  std::free(bytes);
+  return encoded;
+}
+
+/// What a stored sample means, by the formulas of JFIF; CMY of YCCK is 255 less RGB.
+std::array<double, 4> expected_sample(int x, int y, bool transformed, int components) {
+  std::array<double, 4> v = {};
+  for (int c = 0; c < 4; ++c) v[static_cast<std::size_t>(c)] = smooth_sample(x, y, c);
+  if (!transformed) return v;
+  const double luma = v[0], cb = v[1] - 128, cr = v[2] - 128;
+  const std::array<double, 3> rgb = {luma + 1.402 * cr, luma - 0.344136 * cb - 0.714136 * cr,
+                                     luma + 1.772 * cb};
+  for (std::size_t c = 0; c < 3; ++c) {
+    const double value = std::clamp(rgb[c], 0.0, 255.0);
+    v[c] = components == 4 ? 255 - value : value;
+  }
+  return v;
+}
+
+}  // namespace
+
+TEST(DCT, ColorTransformFollowsMarkerThenParameterThenComponents) {
+  struct Case {
+    J_COLOR_SPACE stored;
+    int adobe, parameter;
+    bool transformed;
+  };
+  const Case cases[] = {
+      {JCS_GRAYSCALE, -1, -1, false}, {JCS_GRAYSCALE, -1, 1, false}, {JCS_YCbCr, -1, -1, true},
+      {JCS_YCbCr, -1, 0, false},      {JCS_YCbCr, -1, 1, true},      {JCS_YCbCr, 0, 1, false},
+      {JCS_YCbCr, 0, -1, false},      {JCS_YCbCr, 1, 0, true},       {JCS_RGB, -1, -1, false},
+      {JCS_RGB, -1, 1, true},         {JCS_RGB, 0, -1, false},       {JCS_CMYK, -1, -1, false},
+      {JCS_CMYK, 0, -1, false},       {JCS_CMYK, 0, 1, false},       {JCS_YCCK, -1, 1, true},
+      {JCS_YCCK, -1, 0, false},       {JCS_YCCK, 2, -1, true},       {JCS_YCCK, 2, 0, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.stored << ' ' << c.adobe << ' ' << c.parameter);
+    const Jpeg jpeg{.stored = c.stored, .adobe = c.adobe};
+    Parms parms({});
+    if (c.parameter >= 0) parms.dict.set("ColorTransform")->set_int(c.parameter);
+    const Decoded decoded = decode("DCTDecode", encode(jpeg), &parms.dict, 1000);
+    const int n = components_of(jpeg);
+    ASSERT_EQ(decoded.bytes.size(), static_cast<std::size_t>(jpeg.width * jpeg.height * n));
+    EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
+    double worst = 0;
+    for (int i = 0; i < jpeg.width * jpeg.height; ++i) {
+      const auto expected = expected_sample(i % jpeg.width, i / jpeg.width, c.transformed, n);
+      for (int k = 0; k < n; ++k) {
+        const auto got =
+            static_cast<unsigned char>(decoded.bytes[static_cast<std::size_t>(i * n + k)]);
+        worst = std::max(worst, std::abs(got - expected[static_cast<std::size_t>(k)]));
+      }
+    }
+    EXPECT_LE(worst, 5);
+  }
+}
+
+TEST(DCT, CutDataGivesTheRowsBeforeTheCut) {
+  for (const unsigned restart_rows : {0u, 1u}) {
+    const std::string whole = encode({.restart_rows = restart_rows});
+    const std::string rows = decode("DCT", whole).bytes;
+    std::size_t before = 0;
+    for (const std::size_t percent : {10u, 50u, 90u}) {
+      const Decoded cut = decode("DCT", whole.substr(0, whole.size() * percent / 100));
+      EXPECT_TRUE(cut.report.damaged);
+      EXPECT_NE(cut.report.problem, "");
+      EXPECT_EQ(cut.bytes, rows.substr(0, cut.bytes.size())) << percent;
+      EXPECT_LT(cut.bytes.size(), rows.size());
+      EXPECT_TRUE(percent < 50 || cut.bytes.size() > before) << percent;
+      before = cut.bytes.size();
+    }
+    // The end marker alone is missed by nobody, nor are other bytes around the JPEG.
+    const Decoded open = decode("DCT", "\n junk\xFF" + whole.substr(0, whole.size() - 2));
+    EXPECT_EQ(open.bytes, rows);
+    EXPECT_FALSE(open.report.damaged) << open.report.problem;
+  }
+}
+
+TEST(DCT, TheDictionarysSizeWins) {
+  const int width = 40, height = 48;
+  std::string encoded = encode({.stored = JCS_GRAYSCALE, .width = width, .height = height});
+  const std::string rows = decode("DCT", encoded).bytes;
+  struct Case {
+    int width, height, delivered;
+    bool open_height;
+  };
+  for (const Case& c : {Case{40, 48, 48, false},
+                        {33, 20, 20, false},
+                        {57, 48, 48, false},
+                        {40, 60, 48, false},
+                        {40, 48, 48, true},
+                        {40, 30, 30, true}}) {
+    SCOPED_TRACE(::testing::Message() << c.width << 'x' << c.height << ' ' << c.open_height);
+    Parms image({{"Width", c.width}, {"Height", c.height}});
+    std::string file = encoded;
+    const std::size_t frame = file.find("\xFF\xC0");
+    ASSERT_NE(frame, std::string::npos);
+    if (c.open_height) file[frame + 5] = file[frame + 6] = 0;
+    std::string expected;
+    for (int y = 0; y < c.delivered; ++y) {
+      std::string row = rows.substr(static_cast<std::size_t>(y * width), width);
+      row.resize(static_cast<std::size_t>(c.width), '\0');
+      expected += row;
+    }
+    const Decoded decoded = decode("DCT", file, nullptr, 7, &image.dict);
+    EXPECT_EQ(decoded.bytes, expected);
+    EXPECT_EQ(decoded.report.damaged, c.delivered < c.height) << decoded.report.problem;
+  }
+}
+
+TEST(DCT, ProgressiveDataIsWholeOrCoarse) {
+  const std::string whole = encode({.progressive = true});
+  const std::string rows = decode("DCT", whole).bytes;
+  const std::string plain = decode("DCT", encode({})).bytes;
+  EXPECT_EQ(rows, plain);
+  EXPECT_FALSE(decode("DCT", whole.substr(0, whole.size() - 2)).report.damaged);
+  const Decoded cut = decode("DCT", whole.substr(0, whole.size() * 3 / 4));
+  EXPECT_EQ(cut.bytes.size(), rows.size());
+  EXPECT_TRUE(cut.report.damaged);
+  // Nothing is made up below a break in the first scan.
+  const std::size_t scan = whole.find("\xFF\xDA");
+  const Decoded early = decode("DCT", whole.substr(0, scan + 20));
+  EXPECT_TRUE(early.report.damaged);
+  EXPECT_LT(early.bytes.size(), rows.size() / 2);
+}
+
+TEST(DCT, LimitsEndIt) {
+  const std::string encoded = encode({.progressive = true});
+  const CPDFFilterLimits wide;
+  CPDFFilterLimits pixels = wide, memory = wide, scans = wide;
+  pixels.max_pixels = 40 * 48 - 1;
+  memory.max_codec_bytes = 40 * 48 * 3 * 2 - 1;
+  scans.max_scans = 2;
+  for (const CPDFFilterLimits& limits : {pixels, memory, scans}) {
+    CPDFFilterSetup setup;
+    setup.limits = limits;
+    setup.report = std::make_shared<CPDFDecodeReport>();
+    const auto stream = pdfbmp::make_dct(filter_test::stream_over(encoded), setup);
+    EXPECT_EQ(filter_test::read_all(*stream, 100), "");
+    EXPECT_NE(setup.report->problem.find("limits"), std::string::npos) << setup.report->problem;
+  }
+}
