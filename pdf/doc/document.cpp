@@ -139,7 +139,8 @@ std::unique_ptr<CPDFDocument> CPDFDocument::open(std::shared_ptr<CPDFSource> sou
                                                  CPDFOpenStatus& status, std::string& message) {
   status = CPDFOpenStatus::unreadable;
   if (source == nullptr) {
-    message = "there is no file";
+    // Whoever could not open the file may have said why, in the same string.
+    if (message.empty()) message = "there is no file";
     return nullptr;
   }
   pdfbmp::OpenedFile file = pdfbmp::open_qpdf(source, options.password);
