@@ -3,15 +3,25 @@
 
 #include <cstring>
 
+#include "pdf/filter/ascii85.h"
+#include "pdf/filter/ascii_hex.h"
+#include "pdf/filter/ccitt.h"
 #include "pdf/filter/crypt.h"
 #include "pdf/filter/dct.h"
 #include "pdf/filter/flate.h"
+#include "pdf/filter/lzw.h"
+#include "pdf/filter/run_length.h"
 
 namespace {
 
 constexpr pdfbmp::FilterEntry filters[] = {
     {"FlateDecode", "Fl", pdfbmp::make_flate},
     {"DCTDecode", "DCT", pdfbmp::make_dct},
+    {"LZWDecode", "LZW", pdfbmp::make_lzw},
+    {"CCITTFaxDecode", "CCF", pdfbmp::make_ccitt},
+    {"RunLengthDecode", "RL", pdfbmp::make_run_length},
+    {"ASCII85Decode", "A85", pdfbmp::make_ascii85},
+    {"ASCIIHexDecode", "AHx", pdfbmp::make_ascii_hex},
     {"Crypt", "Crypt", pdfbmp::make_crypt},
 };
 
