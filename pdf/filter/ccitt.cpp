@@ -122,9 +122,8 @@ class CCITTStream : public CPDFWindowStream {
   Next frame_t6() {
     for (;;) {
       if (bits_.at_end()) return Next::end;
-      if (parms_.byte_align && bits_.peek(24) != 0x001001) bits_.skip_to_byte();
-      bits_.need();
-      if (bits_.peek(24) == 0x001001) {
+      if (parms_.byte_align && !at_end_of_block()) bits_.skip_to_byte();
+      if (at_end_of_block()) {
         block_ended_ = parms_.end_of_block;
         if (block_ended_) return Next::end;
         bits_.skip(24);
@@ -144,16 +143,15 @@ class CCITTStream : public CPDFWindowStream {
     bool two_dimensional = false;
     for (;; ++codes) {
       // Where rows are aligned and no codes expected, fill bits and the zeros that begin a row
-      // might be taken for a code.
-      if (parms_.byte_align && !parms_.end_of_line && codes == 0) bits_.skip_to_byte();
+      // might be taken for a code; but not for the two codes that follow the last row at once.
+      if (parms_.byte_align && !parms_.end_of_line && codes == 0 && !at_end_of_block()) {
+        bits_.skip_to_byte();
+      }
       if (!bits_.skip_end_of_line()) break;
       two_dimensional = read_tag();
     }
-    if (bits_.at_end()) return Next::end;
-    if (codes >= 2 && parms_.end_of_block) {
-      block_ended_ = true;
-      return Next::end;
-    }
+    block_ended_ = codes >= 2 && parms_.end_of_block;
+    if (block_ended_ || bits_.at_end()) return Next::end;
     if (codes > 0) {
       if (rows_made_ == 0) parms_.end_of_line = true;
       ++rows_with_code_;
@@ -167,6 +165,12 @@ class CCITTStream : public CPDFWindowStream {
       two_dimensional = read_tag();
     }
     return two_dimensional ? Next::row_2d : Next::row_1d;
+  }
+
+  /// Whether two end-of-line codes come next, without fill bits.
+  bool at_end_of_block() {
+    bits_.need();
+    return parms_.k > 0 ? bits_.peek(25) == 0x003001 : bits_.peek(24) == 0x001001;
   }
 
   /// The bit that says how the next row is coded; true for two dimensions.
