@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 
+#include "tests/pdf/filter/samples.h"
+
 namespace filter_test {
 namespace {
 
@@ -117,14 +119,6 @@ class Encoder {
   FaxOptions options_;
 };
 
-std::string pack(const std::string& bits) {
-  std::string bytes((bits.size() + 7) / 8, '\0');
-  for (std::size_t i = 0; i < bits.size(); ++i) {
-    if (bits[i] == '1') bytes[i / 8] = static_cast<char>(bytes[i / 8] | 0x80 >> (i % 8));
-  }
-  return bytes;
-}
-
 }  // namespace
 
 std::string encode_fax(const FaxRows& rows, const FaxOptions& options,
@@ -140,7 +134,7 @@ std::string encode_fax(const FaxRows& rows, const FaxOptions& options,
     ++row_number;
   }
   if (options.end_of_block) encoder.add_end();
-  return pack(encoder.bits);
+  return pack_bits(encoder.bits);
 }
 
 std::string pack_fax_rows(const FaxRows& rows, bool black_is_1) {
@@ -150,7 +144,7 @@ std::string pack_fax_rows(const FaxRows& rows, bool black_is_1) {
       if (!black_is_1) c = c == '1' ? '0' : '1';
     }
     while (row.size() % 8 != 0) row += black_is_1 ? '0' : '1';
-    bytes += pack(row);
+    bytes += pack_bits(row);
   }
   return bytes;
 }
