@@ -20,9 +20,10 @@ std::unique_ptr<CPDFCSBase> pdfbmp::make_cal_gray(const CPDFArray& array,
   double gamma = entry == nullptr ? 1 : context.number(entry);
   if (!(gamma > 0)) gamma = 1;
 
+  const SrgbEncoder encode;
   CPDFCSTable::Colors colors;
   for (std::size_t i = 0; i < colors.size(); ++i) {
-    const unsigned char gray = srgb_byte(std::pow(static_cast<double>(i) / 255, gamma));
+    const unsigned char gray = encode(std::pow(static_cast<double>(i) / 255, gamma));
     colors[i] = {gray, gray, gray, 255};
   }
   return std::make_unique<CPDFCSTable>(PDF_CS_CAL_GRAY, colors);

@@ -37,12 +37,11 @@ class CPDFCSCalRGB final : public CPDFCSParsed {
 
  private:
   void store(const Vec3& abc, _KXRGBA& rgba) const {
-    const Vec3 linear = pdfbmp::multiply(to_linear_, abc);
-    rgba = {pdfbmp::srgb_byte(linear[2]), pdfbmp::srgb_byte(linear[1]),
-            pdfbmp::srgb_byte(linear[0]), 255};
+    rgba = encode_(pdfbmp::multiply(to_linear_, abc));
   }
 
   Vec3 gamma_;
+  pdfbmp::SrgbEncoder encode_;
   Mat3 to_linear_;
   double curve_[3][256];
 };

@@ -26,18 +26,6 @@ constexpr Mat3 srgb_from_d65 = {{{3.2404542, -1.5371385, -0.4985314},
                                  {-0.9692660, 1.8760108, 0.0415560},
                                  {0.0556434, -0.2040259, 1.0572252}}};
 
-constexpr int steps = 1 << 14;  // The curve rises by 13 levels in a 255th at its steepest.
-
-std::vector<unsigned char> make_curve() {
-  std::vector<unsigned char> curve;
-  for (int i = 0; i <= steps; ++i) {
-    const double v = static_cast<double>(i) / steps;
-    const double s = v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055;
-    curve.push_back(static_cast<unsigned char>(std::lround(255 * s)));
-  }
-  return curve;
-}
-
 }  // namespace
 
 Vec3 pdfbmp::multiply(const Mat3& m, const Vec3& v) {
@@ -61,11 +49,17 @@ Mat3 pdfbmp::linear_srgb_from_xyz(const Vec3& white) {
   return multiply(srgb_from_d65, multiply(bradford_inverse, multiply(scale, bradford)));
 }
 
-unsigned char pdfbmp::srgb_byte(double linear) {
-  static const std::vector<unsigned char> curve = make_curve();
-  if (!(linear > 0)) return 0;
-  if (linear >= 1) return 255;
-  return curve[static_cast<std::size_t>(linear * steps + 0.5)];
+pdfbmp::SrgbEncoder::SrgbEncoder() {
+  static const std::vector<unsigned char> curve = [] {
+    std::vector<unsigned char> bytes;
+    for (int i = 0; i <= steps; ++i) {
+      const double v = static_cast<double>(i) / steps;
+      const double s = v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055;
+      bytes.push_back(static_cast<unsigned char>(std::lround(255 * s)));
+    }
+    return bytes;
+  }();
+  curve_ = curve.data();
 }
 
 Vec3 pdfbmp::white_point(const CPDFDictionary* dict, const CPDFCSParseContext& context) {

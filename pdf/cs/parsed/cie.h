@@ -23,9 +23,26 @@ Mat3 multiply(const Mat3& a, const Mat3& b);
 /// From XYZ under the white point `white` (Y is 1) to linear sRGB.
 Mat3 linear_srgb_from_xyz(const Vec3& white);
 
-/// The 8-bit sRGB value of a linear one; outside 0..1 the nearest inside. By table: off by at most
-/// a tenth of a level before rounding.
-unsigned char srgb_byte(double linear);
+/// The 8-bit sRGB value of a linear one; outside 0..1 the nearest inside. By a table that the first
+/// encoder of the process makes: off by at most a tenth of a level before rounding.
+class SrgbEncoder {
+ public:
+  SrgbEncoder();
+
+  unsigned char operator()(double linear) const {
+    if (!(linear > 0)) return 0;
+    if (linear >= 1) return 255;
+    return curve_[static_cast<int>(linear * steps + 0.5)];
+  }
+
+  _KXRGBA operator()(const Vec3& linear) const {
+    return {(*this)(linear[2]), (*this)(linear[1]), (*this)(linear[0]), 255};
+  }
+
+ private:
+  static constexpr int steps = 1 << 14;  // The curve rises by 13 levels in a 255th at its steepest.
+  const unsigned char* curve_;
+};
 
 /// WhitePoint of a CIE-based space's dictionary: D65 where it is missing or no white point.
 Vec3 white_point(const CPDFDictionary* dict, const CPDFCSParseContext& context);

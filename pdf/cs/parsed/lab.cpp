@@ -44,12 +44,11 @@ class CPDFCSLab final : public CPDFCSParsed {
   static double l_stage(double l) { return (l + 16) / 116; }
 
   void store(double l, double a, double b, _KXRGBA& rgba) const {
-    const Vec3 linear = pdfbmp::multiply(to_linear_, Vec3{g(l + a), g(l), g(l - b)});
-    rgba = {pdfbmp::srgb_byte(linear[2]), pdfbmp::srgb_byte(linear[1]),
-            pdfbmp::srgb_byte(linear[0]), 255};
+    rgba = encode_(pdfbmp::multiply(to_linear_, Vec3{g(l + a), g(l), g(l - b)}));
   }
 
   CPDFCSRange ranges_[3];
+  pdfbmp::SrgbEncoder encode_;
   Mat3 to_linear_;  // From parts of the white point.
   double l_[256], a_[256], b_[256];
 };
