@@ -135,16 +135,6 @@ void CPDFCSParsed::batch_gray(unsigned char* dst, const unsigned char* src, int 
   for (int i = 0; i < pixels; ++i, dst += 2, src += comp_count) convert_gray(dst, src, 1);
 }
 
-void pdfbmp::rgb_of_values(CPDFCSBase& space, const double* components, _KXRGBA& rgba) {
-  if (const auto* parsed = dynamic_cast<const CPDFCSParsed*>(&space))
-    return parsed->rgb_of(components, rgba);
-  PDF_COLOR color{};
-  for (int i = 0; i < space.comp_count; ++i)
-    color.val[i] = static_cast<int>(std::lround(CPDFCSRange{}.byte_of(components[i])));
-  rgba = {0, 0, 0, 255};  // What a table that cannot serve the colour leaves.
-  space.get_rgb(color, rgba);
-}
-
 CPDFCSRange pdfbmp::range_of(const CPDFCSBase& space, int component) {
   const auto* parsed = dynamic_cast<const CPDFCSParsed*>(&space);
   return parsed == nullptr ? CPDFCSRange{} : parsed->range_of(component);

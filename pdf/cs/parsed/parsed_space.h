@@ -64,10 +64,6 @@ class CPDFCSParsed : public CPDFCSBase {
 
 namespace pdfbmp {
 
-/// As CPDFCSParsed::rgb_of for any colour space: the components of a device space are rounded to
-/// the 0..255 that it works on.
-void rgb_of_values(CPDFCSBase& space, const double* components, _KXRGBA& rgba);
-
 /// The range of a component of any colour space but Indexed.
 CPDFCSRange range_of(const CPDFCSBase& space, int component);
 

@@ -20,7 +20,9 @@ constexpr int max_colorants = 16;  // What a PDF_COLOR holds.
 class TintTransform {
  public:
   TintTransform(std::unique_ptr<CPDFCSBase> alternate, std::unique_ptr<CPDFFunction> function)
-      : alternate_(std::move(alternate)), function_(std::move(function)) {
+      : alternate_(std::move(alternate)),
+        parsed_(dynamic_cast<const CPDFCSParsed*>(alternate_.get())),
+        function_(std::move(function)) {
     for (int i = 0; i < alternate_->comp_count; ++i) ranges_[i] = pdfbmp::range_of(*alternate_, i);
   }
 
@@ -40,11 +42,18 @@ class TintTransform {
     function_->evaluate(tints, components);
     for (int i = 0; i < alternate_->comp_count; ++i)
       components[i] = std::clamp(components[i], ranges_[i].low, ranges_[i].high);
-    pdfbmp::rgb_of_values(*alternate_, components, rgba);
+    if (parsed_ != nullptr) return parsed_->rgb_of(components, rgba);
+    // A device space works on 0..255.
+    PDF_COLOR color;
+    for (int i = 0; i < alternate_->comp_count; ++i)
+      color.val[i] = static_cast<int>(components[i] * 255 + 0.5);
+    rgba = {0, 0, 0, 255};  // What a table that cannot serve the colour leaves.
+    alternate_->get_rgb(color, rgba);
   }
 
  private:
   std::unique_ptr<CPDFCSBase> alternate_;
+  const CPDFCSParsed* parsed_;  // The alternate, where it is no device space.
   std::unique_ptr<CPDFFunction> function_;
   CPDFCSRange ranges_[CPDFFunction::max_outputs];
 };
