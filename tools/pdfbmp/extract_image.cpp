@@ -1,0 +1,112 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "tools/pdfbmp/extract_image.h"
+
+#include <new>
+#include <vector>
+
+#include "pdf/doc/pam_writer.h"
+#include "pdf/doc/png_writer.h"
+#include "tools/pdfbmp/picture.h"
+
+namespace {
+
+const char* suffix_of(FileFormat format, const CPDFRasterInfo& info) {
+  switch (format) {
+    case FileFormat::png:
+      return "png";
+    case FileFormat::pam:
+      return CPDFPamWriter::suffix_of(info, CPDFPamWriter::Dialect::pam);
+    case FileFormat::pnm:
+      return CPDFPamWriter::suffix_of(info, CPDFPamWriter::Dialect::pnm);
+  }
+  return "";
+}
+
+std::unique_ptr<CPDFRasterWriter> make_writer(FileFormat format, CPDFByteSink& sink) {
+  switch (format) {
+    case FileFormat::png:
+      return std::make_unique<CPDFPngWriter>(sink);
+    case FileFormat::pam:
+      return std::make_unique<CPDFPamWriter>(sink, CPDFPamWriter::Dialect::pam);
+    case FileFormat::pnm:
+      return std::make_unique<CPDFPamWriter>(sink, CPDFPamWriter::Dialect::pnm);
+  }
+  return nullptr;
+}
+
+// The picture's description with the resolution it is first painted at; a bitmap of reduced size
+// has as much less.
+CPDFRasterInfo described(const CPDFRasterInfo& info, const CPDFFoundImage& found) {
+  CPDFRasterInfo result = info;
+  if (!found.placements.empty() && found.width > 0 && found.height > 0) {
+    const CPDFPlacement& placement = found.placements[0];
+    result.ppi_x = placement.ppi[0] * info.width / found.width;
+    result.ppi_y = placement.ppi[1] * info.height / found.height;
+  }
+  return result;
+}
+
+enum class Copied { all, unread, unwritten };
+
+Copied copy_rows(CPDFRasterReader& reader, CPDFRasterWriter& writer, const CPDFRasterInfo& info) {
+  std::vector<unsigned char> row(static_cast<std::size_t>(info.row_bytes()));
+  if (!writer.begin(info)) return Copied::unwritten;
+  for (int y = 0; y < info.height; ++y) {
+    if (!reader.read_row(row.data())) return Copied::unread;
+    if (!writer.write_row(row.data())) return Copied::unwritten;
+  }
+  return writer.finish() ? Copied::all : Copied::unwritten;
+}
+
+void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
+             const Options& options, Output& output, ExtractedImage& result) {
+  if (std::int64_t{found.width} * found.height > options.max_pixels) {
+    result.error = "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
+                   " pixels are more than --max-pixels allows";
+    return;
+  }
+  const Picture picture = open_picture(document, found, options.kind);
+  result.passed_over = picture.passed_over;
+  result.error = picture.error;
+  if (picture.reader == nullptr) return;
+
+  const CPDFRasterInfo info = described(picture.reader->info(), found);
+  result.name = name + "." + suffix_of(options.format, info);
+  std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
+  result.output_failed = file == nullptr;
+  if (file == nullptr) return;
+  const Copied copied =
+      copy_rows(*picture.reader, *make_writer(options.format, file->sink()), info);
+  if (copied == Copied::unwritten) {
+    result.error = file->failure();
+    result.output_failed = !result.error.empty();
+    if (!result.output_failed) result.error = "there is not enough memory to write it";
+    return;
+  }
+
+  const Delivery delivery = delivery_of(picture);
+  result.rows = delivery.rows;
+  result.error = delivery.problem;
+  if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
+    if (result.error.empty()) result.error = "its rows cannot be read";
+    return;
+  }
+  result.complete = delivery.complete;
+  result.width = info.width;
+  result.height = info.height;
+  result.file = std::move(file);
+}
+
+}  // namespace
+
+ExtractedImage extract_image(CPDFDocument& document, const CPDFFoundImage& found,
+                             const std::string& name, const Options& options, Output& output) {
+  ExtractedImage result;
+  try {
+    extract(document, found, name, options, output, result);
+  } catch (const std::bad_alloc&) {
+    result = ExtractedImage();
+    result.error = "there is not enough memory for it";
+  }
+  return result;
+}

@@ -1,0 +1,79 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "tools/pdfbmp/input.h"
+
+#include <cerrno>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+#include "pdf/doc/file_sink.h"
+#include "tools/pdfbmp/temporary_file.h"
+
+namespace {
+
+bool copy_standard_input(int descriptor, std::string& error) {
+  CPDFDescriptorSink sink(descriptor);
+  std::vector<char> buffer(64 * 1024);
+  for (;;) {
+    const ssize_t n = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    if (n == 0) return true;
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) {
+      error = std::generic_category().message(errno);
+      return false;
+    }
+    if (!sink.write(buffer.data(), static_cast<std::size_t>(n))) {
+      error = "cannot be kept in a temporary file: " + sink.error();
+      return false;
+    }
+  }
+}
+
+// The temporary file has no name any more once it is open as a source.
+std::shared_ptr<CPDFSource> open_standard_input(std::string& error) {
+  const TemporaryFile file;
+  if (file.descriptor() < 0) {
+    error = file.error();
+    return nullptr;
+  }
+  if (!copy_standard_input(file.descriptor(), error)) return nullptr;
+  return pdfbmp::open_file_source(file.path(), error);
+}
+
+void tell_warnings(const CPDFDocument& document, const std::string& file, Messages& messages) {
+  constexpr std::size_t most = 10;
+  const std::vector<std::string> warnings = document.warnings();
+  for (std::size_t i = 0; i < warnings.size() && i < most; ++i) {
+    messages.warning(file, warnings[i]);
+  }
+  if (warnings.size() > most) {
+    messages.warning(file, "and " + std::to_string(warnings.size() - most) + " more");
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options& options,
+                                         Messages& messages, Outcome& outcome, std::string& error) {
+  outcome = Outcome::unreadable;
+  const std::shared_ptr<CPDFSource> source =
+      file == "-" ? open_standard_input(error) : pdfbmp::open_file_source(file, error);
+  if (source == nullptr) return nullptr;
+
+  CPDFOpenOptions open_options;
+  open_options.password = options.password;
+  open_options.limits.max_pixels = options.max_pixels;
+  CPDFOpenStatus status = CPDFOpenStatus::ok;
+  std::unique_ptr<CPDFDocument> document = CPDFDocument::open(source, open_options, status, error);
+  if (document != nullptr) {
+    outcome = Outcome::ok;
+    tell_warnings(*document, file, messages);
+    if (options.first_page > document->page_count()) {
+      messages.warning(file, "has no page " + std::to_string(options.first_page) + ", only " +
+                                 std::to_string(document->page_count()));
+    }
+  } else if (status == CPDFOpenStatus::needs_password) {
+    outcome = Outcome::needs_password;
+  }
+  return document;
+}

@@ -1,0 +1,28 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include <csignal>
+#include <exception>
+#include <new>
+
+#include "tools/pdfbmp/extract.h"
+#include "tools/pdfbmp/list.h"
+#include "tools/pdfbmp/messages.h"
+#include "tools/pdfbmp/options.h"
+
+int main(int argc, char** argv) {
+  // A reader that goes away is an output that cannot be written, told as any other.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    Options options;
+    if (const auto outcome = parse_options(argc, argv, options)) return exit_code_of(*outcome);
+    Messages messages(options.quiet);
+    try {
+      return exit_code_of(options.command == Command::list ? run_list(options, messages)
+                                                           : run_extract(options, messages));
+    } catch (const std::bad_alloc&) {
+      messages.error("", "not enough memory");
+    }
+  } catch (const std::exception&) {
+    // Not even the message could be made.
+  }
+  return exit_code_of(Outcome::incomplete);
+}

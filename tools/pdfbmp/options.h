@@ -1,0 +1,36 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/pdfbmp/exit_code.h"
+
+enum class Command { list, extract };
+enum class FileFormat { png, pam, pnm };
+
+/// Which bitmap of an image is wanted.
+enum class PictureKind { automatic, color, gray, mask, mono };
+
+struct Options {
+  Command command = Command::list;
+  std::vector<std::string> files;  ///< "-" is standard input.
+  int first_page = 1;
+  int last_page = std::numeric_limits<int>::max();
+  std::string password;
+  std::int64_t max_pixels = std::int64_t{1} << 30;
+  bool json = false;
+  bool quiet = false;
+
+  std::string output;  ///< A folder, or "-" for a tar stream on standard output.
+  FileFormat format = FileFormat::png;
+  PictureKind kind = PictureKind::automatic;
+  int jobs = 0;  ///< Threads; 0 for one a processor.
+};
+
+/// Reads the command line. Where there is nothing more to do (help, version, a wrong call; what is
+/// to be said has been said) the outcome is returned, else nothing.
+std::optional<Outcome> parse_options(int argc, const char* const* argv, Options& options);
