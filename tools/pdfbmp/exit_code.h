@@ -14,9 +14,7 @@ enum class Outcome {
   usage,           ///< The call is wrong.
 };
 
-inline Outcome worse(Outcome a, Outcome b) {
-  return std::max(a, b);
-}
+inline Outcome worse(Outcome a, Outcome b) { return std::max(a, b); }
 
 /// The number that the program returns; told in its help text.
 inline int exit_code_of(Outcome outcome) {

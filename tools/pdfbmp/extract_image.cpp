@@ -65,9 +65,9 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
                    " pixels are more than --max-pixels allows";
     return;
   }
-  const Picture picture = open_picture(document, found, options.kind);
+  const Picture picture = open_picture(document, found, options);
   result.passed_over = picture.passed_over;
-  result.error = picture.error;
+  result.error = picture.problem;
   if (picture.reader == nullptr) return;
 
   const CPDFRasterInfo info = described(picture.reader->info(), found);

@@ -6,9 +6,7 @@
 
 Messages::Messages(bool quiet) : quiet_(quiet), terminal_(::isatty(STDERR_FILENO) != 0) {}
 
-Messages::~Messages() {
-  clear_progress();
-}
+Messages::~Messages() { clear_progress(); }
 
 void Messages::line(const std::string& file, const std::string& text) {
   clear_progress();
@@ -17,9 +15,7 @@ void Messages::line(const std::string& file, const std::string& text) {
   std::fputs(whole.c_str(), stderr);
 }
 
-void Messages::error(const std::string& file, const std::string& text) {
-  line(file, text);
-}
+void Messages::error(const std::string& file, const std::string& text) { line(file, text); }
 
 void Messages::warning(const std::string& file, const std::string& text) {
   if (!quiet_) line(file, "warning: " + text);

@@ -2,8 +2,10 @@
 #include "tools/pdfbmp/picture.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "pdf/doc/bitmap_reader.h"
+#include "pdf/doc/picture.h"
 #include "pdf/image/image.h"
 
 namespace {
@@ -51,13 +53,24 @@ std::unique_ptr<CPDFRasterReader> open_mono(CPDFImage& image) {
   return bmp == nullptr ? nullptr : pdfbmp::make_bitmap_reader(*bmp, palette);
 }
 
+std::unique_ptr<CPDFRasterReader> open_automatic(Picture& picture, const CPDFFoundImage& found,
+                                                 std::int64_t max_pixels) {
+  // The picture takes the record; its reports are wanted here as well.
+  CPDFLoadedImage& loaded = picture.loaded;
+  CPDFLoadedImage taken = std::move(loaded);
+  loaded.report = taken.report;
+  loaded.mask_report = taken.mask_report;
+  loaded.smask_report = taken.smask_report;
+  return pdfbmp::open_picture(std::move(taken), found, max_pixels, picture.problem);
+}
+
 // The one place where a kind becomes a request.
-std::unique_ptr<CPDFRasterReader> open_reader(PictureKind kind, const CPDFFoundImage& found,
-                                              CPDFImage& image) {
-  switch (kind) {
+std::unique_ptr<CPDFRasterReader> open_reader(Picture& picture, const CPDFFoundImage& found,
+                                              const Options& options) {
+  CPDFImage& image = *picture.loaded.image;
+  switch (options.kind) {
     case PictureKind::automatic:
-      return (image.flags & CPDFImage::image_mask) != 0 ? open_mask(image, false)
-                                                        : open_color(image);
+      return open_automatic(picture, found, options.max_pixels);
     case PictureKind::color:
       return open_color(image);
     case PictureKind::gray:
@@ -73,8 +86,6 @@ std::unique_ptr<CPDFRasterReader> open_reader(PictureKind kind, const CPDFFoundI
 std::string why_not(const CPDFLoadedImage& loaded) {
   if (!loaded.problem.empty()) return loaded.problem;
   if (loaded.report != nullptr && !loaded.report->problem.empty()) return loaded.report->problem;
-  const CPDFImage& image = *loaded.image;
-  if (image.width < 1 || image.height < 1) return "it has no size";
   return "it cannot be decoded, or there is not enough memory for it";
 }
 
@@ -87,41 +98,66 @@ std::int64_t row_bytes_of(PictureKind kind, const CPDFFoundImage& found, const C
   return (std::max(image.width, 0) * bits + 7) / 8;
 }
 
+// Of a reduced bitmap the last row comes from this one; what follows it need not be there.
+int rows_needed(PictureKind kind, int image_rows, int bitmap_rows) {
+  if (kind == PictureKind::automatic || image_rows <= bitmap_rows) return image_rows;
+  const int step = image_rows <= 2 * std::int64_t{bitmap_rows} ? 2 : 4;
+  return (bitmap_rows - 1) * step + 1;
+}
+
+bool is_damaged(const std::shared_ptr<CPDFDecodeReport>& report) {
+  return report != nullptr && report->damaged;
+}
+
+std::string words_of(const CPDFDecodeReport& report) {
+  return report.problem.empty() ? "the data ends early" : report.problem;
+}
+
 }  // namespace
 
-Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, PictureKind kind) {
+Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const Options& options) {
   Picture picture;
   picture.loaded = document.load_image(found);
   CPDFImage* image = picture.loaded.image.get();
   if (image == nullptr) {
-    picture.error = "there is not enough memory for it";
+    picture.problem = "there is not enough memory for it";
     return picture;
   }
-  picture.passed_over = !is_for(kind, found, *image);
+  picture.passed_over = !is_for(options.kind, found, *image);
   if (picture.passed_over) return picture;
-
-  // A request may release the colour space, so the row is measured before.
-  picture.row_bytes = row_bytes_of(kind, found, *image);
-  picture.reader = open_reader(kind, found, *image);
-  if (picture.reader == nullptr) {
-    picture.error = why_not(picture.loaded);
+  if (!picture.loaded.problem.empty() || image->width < 1 || image->height < 1) {
+    picture.problem = picture.loaded.problem.empty() ? "it has no size" : picture.loaded.problem;
     return picture;
   }
-  // Of a reduced bitmap the last row comes from this one; what follows it need not be there.
-  const int rows = picture.reader->info().height;
-  const int step = image->height <= rows ? 1 : image->height <= 2 * std::int64_t{rows} ? 2 : 4;
-  picture.source_rows = (rows - 1) * step + 1;
+
+  // A request may release the colour space, or take the whole record: what is asked later is noted
+  // before.
+  picture.row_bytes = row_bytes_of(options.kind, found, *image);
+  const int image_rows = image->height;
+  picture.reader = open_reader(picture, found, options);
+  if (picture.reader == nullptr) {
+    if (picture.problem.empty()) picture.problem = why_not(picture.loaded);
+    return picture;
+  }
+  picture.source_rows = rows_needed(options.kind, image_rows, picture.reader->info().height);
   return picture;
 }
 
 Delivery delivery_of(const Picture& picture) {
   Delivery delivery;
-  const CPDFDecodeReport* report = picture.loaded.report.get();
-  if (report == nullptr || picture.row_bytes < 1) return delivery;
-  delivery.rows = report->bytes / picture.row_bytes;
-  delivery.complete = !report->damaged && delivery.rows >= picture.source_rows;
-  if (!delivery.complete) {
-    delivery.problem = report->problem.empty() ? "the data ends early" : report->problem;
+  const CPDFLoadedImage& loaded = picture.loaded;
+  if (loaded.report == nullptr || picture.row_bytes < 1) return delivery;
+  delivery.rows = loaded.report->bytes / picture.row_bytes;
+  if (loaded.report->damaged || delivery.rows < picture.source_rows) {
+    delivery.problem = words_of(*loaded.report);
+  } else if (!picture.problem.empty()) {
+    delivery.problem = picture.problem;
+  } else if (is_damaged(loaded.smask_report)) {
+    delivery.problem = "its soft mask: " + words_of(*loaded.smask_report);
+  } else if (is_damaged(loaded.mask_report)) {
+    delivery.problem = "its mask: " + words_of(*loaded.mask_report);
+  } else {
+    delivery.complete = true;
   }
   return delivery;
 }

@@ -11,17 +11,17 @@
 
 /// An image opened as the bitmap of one kind.
 struct Picture {
-  CPDFLoadedImage loaded;                    ///< What the reader reads from.
+  CPDFLoadedImage loaded;                    ///< What the reader reads from; its reports.
   std::unique_ptr<CPDFRasterReader> reader;  ///< Null where there is no such picture.
   bool passed_over = false;                  ///< There is none by the nature of the image.
-  std::string error;                         ///< Why there is none, where there should be one.
+  std::string problem;  ///< Why there is none where there should be one, or what it lacks.
 
   int source_rows = 0;         ///< Rows of samples that the whole picture needs.
   std::int64_t row_bytes = 0;  ///< Bytes of a row of samples.
 };
 
-/// Opens a found image as `kind`.
-Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, PictureKind kind);
+/// Opens a found image as the options want it.
+Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const Options& options);
 
 /// How much of an image's data arrived. To be asked after the last row is read.
 struct Delivery {

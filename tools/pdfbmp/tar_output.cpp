@@ -101,6 +101,4 @@ class TarOutput final : public Output {
 
 }  // namespace
 
-std::unique_ptr<Output> make_tar_output() {
-  return std::make_unique<TarOutput>();
-}
+std::unique_ptr<Output> make_tar_output() { return std::make_unique<TarOutput>(); }
