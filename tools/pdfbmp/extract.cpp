@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "tools/pdfbmp/cmyk_profile.h"
 #include "tools/pdfbmp/extract_image.h"
 #include "tools/pdfbmp/image_facts.h"
 #include "tools/pdfbmp/input.h"
@@ -58,6 +59,7 @@ class Extraction {
       std::string output_error;
       if (!prepared_ && !output_.prepare(output_error)) return output_failed(output_error);
       prepared_ = true;
+      use_output_intent(*document, file, options_, messages_);
       outcome = extract_images(*document, file, folder, counts);
       if (outcome == Outcome::no_output) return outcome;
     }
@@ -166,6 +168,11 @@ class Extraction {
 }  // namespace
 
 Outcome run_extract(const Options& options, Messages& messages) {
+  std::string error;
+  if (!use_cmyk_profile(options, error)) {
+    messages.error(options.cmyk_profile, error);
+    return Outcome::usage;
+  }
   const std::unique_ptr<Output> output =
       options.output == "-" ? make_tar_output() : make_folder_output(options.output);
   return Extraction(options, messages, *output).run();

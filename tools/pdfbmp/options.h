@@ -28,7 +28,8 @@ struct Options {
   std::string output;  ///< A folder, or "-" for a tar stream on standard output.
   FileFormat format = FileFormat::png;
   PictureKind kind = PictureKind::automatic;
-  int jobs = 0;  ///< Threads; 0 for one a processor.
+  std::string cmyk_profile;  ///< A file, or "output-intent"; empty for the plain formula.
+  int jobs = 0;              ///< Threads; 0 for one a processor.
 };
 
 /// Reads the command line. Where there is nothing more to do (help, version, a wrong call; what is
