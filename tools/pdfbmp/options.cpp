@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
+#include <utility>
 
 #include "pdf/cs/rows.h"
 
@@ -33,9 +33,9 @@ constexpr const char* list_examples = R"(Examples:
 )";
 
 constexpr const char* extract_examples =
-    R"(Files are named PPPP-NNN-oOBJ.png by page, running number on it and object number
-(PPPP-NNN-inline.png for inline images). With several input files each has a
-folder of its own name. An image that stands on many pages is written once.
+    R"(Files are named PPPP-NNN-oOBJ.png by page, running number on it and object
+number (PPPP-NNN-inline.png for inline images). With several input files each
+has a folder of its own name. An image on many pages is written once.
 
 Kinds:
   auto   what a person would expect to see: masks become transparency, a stencil
@@ -54,21 +54,38 @@ Examples:
 )";
 
 void add_common_options(CLI::App& app, Options& options) {
-  app.add_option("FILE", options.files, "PDF files; - is standard input")->required();
-  app.add_option("-f,--first", options.first_page, "First page")
-      ->check(CLI::Range(1, std::numeric_limits<int>::max()))
-      ->type_name("PAGE");
-  app.add_option("-l,--last", options.last_page, "Last page")
-      ->check(CLI::Range(1, std::numeric_limits<int>::max()))
-      ->type_name("PAGE");
+  // Without the ranges in the help text: nobody asks for them.
+  const CLI::Validator page = CLI::Range(1, std::numeric_limits<int>::max()).description("");
+  const CLI::Validator count =
+      CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description("");
+  app.add_option("FILE", options.files, "PDF files; - is standard input")
+      ->required()
+      ->type_name("");
+  app.add_option("-f,--first", options.first_page, "First page")->check(page)->type_name("PAGE");
+  app.add_option("-l,--last", options.last_page, "Last page")->check(page)->type_name("PAGE");
   app.add_option("--password", options.password, "User or owner password of the files")
       ->type_name("TEXT");
-  app.add_option(
-         "--max-pixels", options.max_pixels,
-         "Refuse images of more pixels (default " + std::to_string(options.max_pixels) + ")")
-      ->check(CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()))
+  app.add_option("--max-pixels", options.max_pixels,
+                 "Refuse images of more pixels (" + std::to_string(options.max_pixels) + ")")
+      ->check(count)
       ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "No progress and no warnings, errors only");
+}
+
+// An option that takes one of a few names.
+template <class Value>
+void add_choice(CLI::App& app, const std::string& name, const std::string& description,
+                std::vector<std::pair<std::string, Value>> choices, Value& value) {
+  std::vector<std::string> names;
+  for (const auto& choice : choices) names.push_back(choice.first);
+  const auto set = [choices, &value](const std::string& text) {
+    for (const auto& choice : choices) {
+      if (choice.first == text) value = choice.second;
+    }
+  };
+  app.add_option_function<std::string>(name, set, description)
+      ->check(CLI::IsMember(names))
+      ->type_name("");
 }
 
 CLI::App* add_list(CLI::App& app, Options& options) {
@@ -80,34 +97,36 @@ CLI::App* add_list(CLI::App& app, Options& options) {
 }
 
 CLI::App* add_extract(CLI::App& app, Options& options) {
-  static const std::map<std::string, FileFormat> formats = {
-      {"png", FileFormat::png}, {"pam", FileFormat::pam}, {"pnm", FileFormat::pnm}};
-  static const std::map<std::string, PictureKind> kinds = {{"auto", PictureKind::automatic},
-                                                           {"color", PictureKind::color},
-                                                           {"gray", PictureKind::gray},
-                                                           {"mask", PictureKind::mask},
-                                                           {"mono", PictureKind::mono}};
   CLI::App* extract = app.add_subcommand("extract", "Write the images of PDF files as bitmaps");
   add_common_options(*extract, options);
   extract
       ->add_option("-o,--output", options.output,
-                   "Folder for the files, made where it is missing; - writes a tar stream to "
-                   "standard output, with the JSON lines as its last member")
+                   "Folder for the files, made where it is missing;\n"
+                   "- writes a tar stream to standard output, with the\n"
+                   "JSON lines as its last member, index.jsonl")
       ->required()
       ->type_name("DIR");
-  extract->add_option("--format", options.format, "png (default), pam or pnm")
-      ->transform(CLI::Transformer(formats))
-      ->type_name("FORMAT");
-  extract->add_option("--kind", options.kind, "auto (default), color, gray, mask or mono")
-      ->transform(CLI::Transformer(kinds))
-      ->type_name("KIND");
+  add_choice<FileFormat>(
+      *extract, "--format", "Format of the files (png)",
+      {{"png", FileFormat::png}, {"pam", FileFormat::pam}, {"pnm", FileFormat::pnm}},
+      options.format);
+  add_choice<PictureKind>(*extract, "--kind", "Which bitmap of each image, see below (auto)",
+                          {{"auto", PictureKind::automatic},
+                           {"color", PictureKind::color},
+                           {"gray", PictureKind::gray},
+                           {"mask", PictureKind::mask},
+                           {"mono", PictureKind::mono}},
+                          options.kind);
   extract
-      ->add_option("-j,--jobs", options.jobs,
-                   "Images decoded at a time (default: the number of processors)")
-      ->check(CLI::Range(0, 1024))
+      ->add_option("--cmyk-profile", options.cmyk_profile,
+                   "ICC profile that DeviceCMYK is converted by;\n"
+                   "output-intent takes the one in each document")
+      ->type_name("FILE");
+  extract->add_option("-j,--jobs", options.jobs, "Images decoded at a time (one a processor)")
+      ->check(CLI::Range(0, 1024).description(""))
       ->type_name("N");
   extract->add_flag("--json", options.json,
-                    "One JSON object a line on standard output for every image");
+                    "One JSON object a line on standard output for every\nimage");
   extract->footer(std::string(extract_examples) + exit_codes);
   return extract;
 }
@@ -122,6 +141,7 @@ std::optional<Outcome> parse_options(int argc, const char* const* argv, Options&
   CLI::App app("Turns the images of PDF files into bitmaps.", "pdfbmp");
   app.set_version_flag("--version", version_text, "Show the version and the CPU path in use");
   app.require_subcommand(1);
+  app.get_formatter()->column_width(27);
   app.footer(std::string(main_examples) + exit_codes);
   const CLI::App* list = add_list(app, options);
   const CLI::App* extract = add_extract(app, options);
