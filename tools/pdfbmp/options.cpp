@@ -85,7 +85,7 @@ void add_choice(CLI::App& app, const std::string& name, const std::string& descr
   };
   app.add_option_function<std::string>(name, set, description)
       ->check(CLI::IsMember(names))
-      ->type_name("");
+      ->type_name("NAME");
 }
 
 CLI::App* add_list(CLI::App& app, Options& options) {
@@ -135,6 +135,12 @@ std::string version_text() {
   return "pdfbmp " PDFBMP_VERSION "\nCPU path: " + std::string(cpu_name(rows().cpu));
 }
 
+Outcome wrong_call(const char* reason, const CLI::App* list, const CLI::App* extract) {
+  const char* command = list->parsed() ? "list " : extract->parsed() ? "extract " : "";
+  std::cerr << "pdfbmp: " << reason << "\nTry 'pdfbmp " << command << "--help'.\n";
+  return Outcome::usage;
+}
+
 }  // namespace
 
 std::optional<Outcome> parse_options(int argc, const char* const* argv, Options& options) {
@@ -153,10 +159,12 @@ std::optional<Outcome> parse_options(int argc, const char* const* argv, Options&
   } catch (const CLI::Success& done) {
     app.exit(done);
     return Outcome::ok;
+  } catch (const CLI::RequiredError& error) {
+    const bool command_is_missing = app.get_subcommands().empty();
+    return wrong_call(command_is_missing ? "the first word must be list or extract" : error.what(),
+                      list, extract);
   } catch (const CLI::Error& error) {
-    const char* command = list->parsed() ? "list " : extract->parsed() ? "extract " : "";
-    std::cerr << "pdfbmp: " << error.what() << "\nTry 'pdfbmp " << command << "--help'.\n";
-    return Outcome::usage;
+    return wrong_call(error.what(), list, extract);
   }
   options.command = list->parsed() ? Command::list : Command::extract;
   return std::nullopt;
