@@ -9,6 +9,7 @@
 #include "pdf/filter/crypt.h"
 #include "pdf/filter/dct.h"
 #include "pdf/filter/flate.h"
+#include "pdf/filter/jpx.h"
 #include "pdf/filter/lzw.h"
 #include "pdf/filter/run_length.h"
 
@@ -22,6 +23,7 @@ constexpr pdfbmp::FilterEntry filters[] = {
     {"RunLengthDecode", "RL", pdfbmp::make_run_length},
     {"ASCII85Decode", "A85", pdfbmp::make_ascii85},
     {"ASCIIHexDecode", "AHx", pdfbmp::make_ascii_hex},
+    {"JPXDecode", "JPXDecode", pdfbmp::make_jpx},
     {"Crypt", "Crypt", pdfbmp::make_crypt},
 };
 

@@ -1,0 +1,357 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/filter/jpx.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <gtest/gtest.h>
+#include <openjpeg.h>
+#include <string>
+#include <vector>
+
+#include "pdf/obj/jpx_stream.h"
+#include "tests/pdf/filter/samples.h"
+
+using filter_test::Parms;
+
+namespace {
+
+struct Component {
+  int bits = 8;
+  bool is_signed = false;
+  int step = 1;  ///< Pixels from one sample to the next, both ways.
+};
+
+struct Picture {
+  std::vector<Component> components;
+  int width = 37, height = 29;
+  int tile = 0;  ///< Side of a tile; 0 for one.
+};
+
+/// Sample of a component at a pixel that it lies on, from 0 up.
+int raw_sample(const Picture& picture, int c, int x, int y) {
+  const int step = picture.components[static_cast<std::size_t>(c)].step;
+  const int bits = picture.components[static_cast<std::size_t>(c)].bits;
+  x -= x % step, y -= y % step;
+  return (x * 7 + y * 5 + c * 50) * ((1 << bits) - 1) / 700 % (1 << bits);
+}
+
+std::string big_endian(std::uint32_t v, int n) {
+  std::string bytes;
+  while (n-- > 0) bytes += static_cast<char>(v >> (8 * n));
+  return bytes;
+}
+
+std::string box(const char* name, const std::string& body) {
+  return big_endian(static_cast<std::uint32_t>(body.size() + 8), 4) + name + body;
+}
+
+/// The codestream in a file with these boxes in its header.
+std::string file_of(const std::string& codestream, const std::string& boxes) {
+  return box("jP  ", "\r\n\x87\n") + box("ftyp", std::string("jp2 \0\0\0\0jp2 ", 12)) +
+         box("jp2h", boxes) + box("jp2c", codestream);
+}
+
+std::string color_box(std::uint32_t space) {
+  return box("colr", std::string("\1\0\0", 3) + big_endian(space, 4));
+}
+
+std::string encode(const Picture& picture) {
+  std::vector<opj_image_cmptparm_t> parms;
+  for (const Component& c : picture.components) {
+    opj_image_cmptparm_t parm = {};
+    parm.dx = parm.dy = static_cast<OPJ_UINT32>(c.step);
+    parm.w = static_cast<OPJ_UINT32>((picture.width + c.step - 1) / c.step);
+    parm.h = static_cast<OPJ_UINT32>((picture.height + c.step - 1) / c.step);
+    parm.prec = static_cast<OPJ_UINT32>(c.bits);
+    parm.sgnd = c.is_signed;
+    parms.push_back(parm);
+  }
+  opj_image_t* image =
+      opj_image_create(static_cast<OPJ_UINT32>(parms.size()), parms.data(), OPJ_CLRSPC_UNSPECIFIED);
+  image->x1 = static_cast<OPJ_UINT32>(picture.width);
+  image->y1 = static_cast<OPJ_UINT32>(picture.height);
+  for (std::size_t c = 0; c < parms.size(); ++c) {
+    const Component& component = picture.components[c];
+    OPJ_INT32* sample = image->comps[c].data;
+    for (OPJ_UINT32 y = 0; y < parms[c].h; ++y) {
+      for (OPJ_UINT32 x = 0; x < parms[c].w; ++x) {
+        *sample++ = raw_sample(picture, static_cast<int>(c), static_cast<int>(x) * component.step,
+                               static_cast<int>(y) * component.step) -
+                    (component.is_signed ? 1 << (component.bits - 1) : 0);
+      }
+    }
+  }
+  opj_cparameters_t options;
+  opj_set_default_encoder_parameters(&options);
+  options.tcp_numlayers = 1;
+  options.tcp_rates[0] = 0;
+  options.cp_disto_alloc = 1;
+  options.numresolution = 3;
+  options.tcp_mct = 0;
+  if (picture.tile > 0) {
+    options.tile_size_on = OPJ_TRUE;
+    options.cp_tdx = options.cp_tdy = picture.tile;
+  }
+  struct Out {
+    std::string bytes;
+    std::size_t at = 0;
+  } out;
+  opj_stream_t* stream = opj_stream_create(1 << 16, OPJ_FALSE);
+  opj_stream_set_user_data(stream, &out, nullptr);
+  opj_stream_set_write_function(stream, [](void* src, OPJ_SIZE_T n, void* user) {
+    Out& to = *static_cast<Out*>(user);
+    to.bytes.resize(std::max(to.bytes.size(), to.at + n));
+    std::memcpy(to.bytes.data() + to.at, src, n);
+    to.at += n;
+    return n;
+  });
+  opj_stream_set_skip_function(stream, [](OPJ_OFF_T n, void* user) {
+    static_cast<Out*>(user)->at += static_cast<std::size_t>(n);
+    return n;
+  });
+  opj_stream_set_seek_function(stream, [](OPJ_OFF_T at, void* user) -> OPJ_BOOL {
+    static_cast<Out*>(user)->at = static_cast<std::size_t>(at);
+    return OPJ_TRUE;
+  });
+  opj_codec_t* codec = opj_create_compress(OPJ_CODEC_J2K);
+  const bool good = opj_setup_encoder(codec, &options, image) &&
+                    opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
+                    opj_end_compress(codec, stream);
+  opj_destroy_codec(codec);
+  opj_stream_destroy(stream);
+  opj_image_destroy(image);
+  return good ? out.bytes : "";
+}
+
+struct Decoded {
+  int components = 0, alpha_channel = -1;
+  std::string color, alpha;
+  CPDFDecodeReport report;
+};
+
+Decoded decode(const std::string& encoded, const CPDFDictionary* image = nullptr,
+               const CPDFFilterLimits& limits = {}) {
+  CPDFFilterSetup setup;
+  setup.image = image;
+  setup.limits = limits;
+  setup.report = std::make_shared<CPDFDecodeReport>();
+  Decoded decoded;
+  const auto stream = pdfbmp::make_jpx(filter_test::stream_over(encoded), setup);
+  if (auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get())) {
+    decoded.components = jpx->comp_count;
+    decoded.alpha_channel = jpx->alpha_channel;
+    decoded.color = filter_test::read_all(*jpx, 101);
+    char buffer[64];
+    for (int n; (n = jpx->read_alpha(buffer, sizeof buffer)) > 0;) {
+      decoded.alpha.append(buffer, static_cast<std::size_t>(n));
+    }
+  }
+  decoded.report = *setup.report;
+  return decoded;
+}
+
+/// The farthest that a byte lies from what `expected` says of its pixel and channel.
+double worst_error(const std::string& got, const Picture& picture, int channels,
+                   const std::function<double(int x, int y, int c)>& expected) {
+  const auto n = static_cast<std::size_t>(channels);
+  const auto width = static_cast<std::size_t>(picture.width);
+  if (got.size() != width * static_cast<std::size_t>(picture.height) * n) return 999;
+  double worst = 0;
+  for (std::size_t i = 0; i < got.size(); ++i) {
+    const double value = expected(static_cast<int>(i / n % width), static_cast<int>(i / n / width),
+                                  static_cast<int>(i % n));
+    worst = std::max(worst, std::abs(static_cast<unsigned char>(got[i]) - value));
+  }
+  return worst;
+}
+
+double as_byte(const Picture& picture, int c, int x, int y) {
+  const int bits = picture.components[static_cast<std::size_t>(c)].bits;
+  return raw_sample(picture, c, x, y) * 255.0 / ((1 << bits) - 1);
+}
+
+}  // namespace
+
+TEST(JPX, DeliversEveryKindOfComponentAsBytes) {
+  const Component byte = {}, half = {8, false, 2}, wide = {16, false, 1};
+  struct Case {
+    const char* name;
+    Picture picture;
+    std::vector<int> delivered;  ///< Which component each channel shows.
+  };
+  const Case cases[] = {
+      {"gray", {{byte}}, {0}},
+      {"two", {{byte, byte}}, {0, 0, 0}},
+      {"RGB", {{byte, byte, byte}}, {0, 1, 2}},
+      {"CMYK", {{byte, byte, byte, byte}}, {0, 1, 2, 3}},
+      {"five", {{byte, byte, byte, byte, byte}}, {0, 1, 2}},
+      {"1 bit", {{{1}}}, {0}},
+      {"4 bits", {{{4}, {4}, {4}}}, {0, 1, 2}},
+      {"12 and 5 bits", {{{12}, {5}, byte}}, {0, 1, 2}},
+      {"16 bits", {{wide}}, {0}},
+      {"signed", {{{8, true, 1}, {12, true, 1}, {4, true, 1}}}, {0, 1, 2}},
+      {"tiled", {{byte, byte, byte}, 67, 45, 16}, {0, 1, 2}},
+      {"tiled 16 bits", {{wide, wide, wide, wide}, 33, 60, 20}, {0, 1, 2, 3}},
+      {"one coarse", {{byte, byte, half}}, {0, 1, 2}},
+      {"one coarse in tiles", {{byte, half, byte}, 45, 39, 15}, {0, 1, 2}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string codestream = encode(c.picture);
+    for (const std::string& encoded : {codestream, "?" + codestream, file_of(codestream, "")}) {
+      const Decoded decoded = decode(encoded);
+      const int n = static_cast<int>(c.delivered.size());
+      EXPECT_EQ(decoded.components, n);
+      EXPECT_LE(worst_error(decoded.color, c.picture, n,
+                            [&](int x, int y, int k) {
+                              const int from = c.delivered[static_cast<std::size_t>(k)];
+                              return as_byte(c.picture, from, x, y);
+                            }),
+                0.51);
+      EXPECT_LT(decoded.alpha_channel, 0);
+      EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
+    }
+  }
+}
+
+TEST(JPX, ChannelDefinitionsOrderColorsAndFindAlpha) {
+  for (const int tile : {0, 13}) {
+    const Picture picture = {{{}, {}, {}, {}}, 37, 29, tile};
+    // Alpha first, then blue, green and red.
+    std::string definitions = big_endian(4, 2);
+    for (const std::uint32_t field : {0u, 1u, 0u, 1u, 0u, 3u, 2u, 0u, 2u, 3u, 0u, 1u}) {
+      definitions += big_endian(field, 2);
+    }
+    const Decoded decoded =
+        decode(file_of(encode(picture), color_box(16) + box("cdef", definitions)));
+    EXPECT_EQ(decoded.components, 3);
+    EXPECT_GE(decoded.alpha_channel, 0);
+    EXPECT_LE(worst_error(decoded.color, picture, 3,
+                          [&](int x, int y, int c) { return as_byte(picture, 3 - c, x, y); }),
+              0.51);
+    EXPECT_LE(worst_error(decoded.alpha, picture, 1,
+                          [&](int x, int y, int) { return as_byte(picture, 0, x, y); }),
+              0.51);
+  }
+}
+
+TEST(JPX, PalettesAreAppliedUnlessTheDictionaryIsIndexed) {
+  const Picture picture = {{{4}}};
+  std::string palette = big_endian(16, 2) + "\3\7\7\3";
+  for (int i = 0; i < 16; ++i) {
+    palette += big_endian(static_cast<std::uint32_t>(i * 9 << 16 | (200 - i) << 8 | (15 - i)), 3);
+  }
+  std::string mapping;
+  for (const std::uint32_t column : {0u, 1u, 2u}) mapping += big_endian(0x100 + column, 4);
+  const std::string encoded =
+      file_of(encode(picture), color_box(16) + box("pclr", palette) + box("cmap", mapping));
+  const auto index = [&](int x, int y) { return raw_sample(picture, 0, x, y); };
+  const Decoded plain = decode(encoded);
+  EXPECT_EQ(plain.components, 3);
+  EXPECT_LE(worst_error(plain.color, picture, 3,
+                        [&](int x, int y, int c) {
+                          const int i = index(x, y);
+                          return c == 0 ? i * 9 : c == 1 ? 200 - i : (15 - i) * 17;
+                        }),
+            0.51);
+  CPDFDictionary image;
+  image.set("ColorSpace")->set_array()->append()->set_name("Indexed");
+  const Decoded indexed = decode(encoded, &image);
+  EXPECT_EQ(indexed.components, 1);
+  EXPECT_EQ(worst_error(indexed.color, picture, 1, [&](int x, int y, int) { return index(x, y); }),
+            0);
+}
+
+TEST(JPX, LumaAndChromaBecomeRGB) {
+  struct Case {
+    int chroma_step;
+    std::uint32_t space;  ///< 0: a codestream without a file around it.
+    bool converted;
+  };
+  for (const Case& c : {Case{1, 18, true},
+                        {2, 18, true},
+                        {1, 24, true},
+                        {2, 0, true},
+                        {1, 16, false},
+                        {2, 16, false},
+                        {1, 0, false}}) {
+    SCOPED_TRACE(::testing::Message() << c.chroma_step << ' ' << c.space);
+    const Component chroma = {8, false, c.chroma_step};
+    const Picture picture = {{{}, chroma, chroma}};
+    const std::string codestream = encode(picture);
+    const Decoded decoded =
+        decode(c.space != 0 ? file_of(codestream, color_box(c.space)) : codestream);
+    const auto expected = [&](int x, int y, int k) {
+      const auto sample = [&](int component) { return as_byte(picture, component, x, y); };
+      if (!c.converted) return sample(k);
+      const double cb = sample(1) - 128, cr = sample(2) - 128;
+      const double rgb[] = {sample(0) + 1.402 * cr, sample(0) - 0.344136 * cb - 0.714136 * cr,
+                            sample(0) + 1.772 * cb};
+      return std::clamp(rgb[k], 0.0, 255.0);
+    };
+    EXPECT_LE(worst_error(decoded.color, picture, 3, expected), 0.51);
+  }
+}
+
+TEST(JPX, CutDataGivesWhatDecodes) {
+  for (const int tile : {0, 16}) {
+    const Picture picture = {{{}, {}, {}}, 64, 64, tile};
+    const std::string whole = encode(picture);
+    const std::string rows = decode(whole).color;
+    for (const std::size_t percent : {10u, 50u, 90u}) {
+      SCOPED_TRACE(::testing::Message() << tile << ' ' << percent);
+      const Decoded cut = decode(whole.substr(0, whole.size() * percent / 100));
+      EXPECT_TRUE(cut.report.damaged);
+      if (percent < 50) continue;
+      // Half of the tiles of a tiled image are sound.
+      ASSERT_GE(cut.color.size(), rows.size() * (percent - 25) / 100) << cut.report.problem;
+      if (tile > 0) {
+        EXPECT_EQ(cut.color.substr(0, 64 * 3 * 16), rows.substr(0, 64 * 3 * 16));
+      }
+    }
+  }
+}
+
+TEST(JPX, TheDictionarysSizeWins) {
+  const Picture picture = {{{}}, 40, 30};
+  const std::string encoded = encode(picture);
+  const std::string rows = decode(encoded).color;
+  for (const auto& [width, height] : {std::pair{40, 30}, {33, 12}, {50, 30}, {40, 35}}) {
+    Parms image({{"Width", width}, {"Height", height}});
+    std::string expected;
+    for (int y = 0; y < std::min(height, 30); ++y) {
+      std::string row = rows.substr(static_cast<std::size_t>(y) * 40, 40);
+      row.resize(static_cast<std::size_t>(width), '\0');
+      expected += row;
+    }
+    const Decoded decoded = decode(encoded, &image.dict);
+    EXPECT_EQ(decoded.color, expected);
+    EXPECT_EQ(decoded.report.damaged, height > 30) << decoded.report.problem;
+  }
+}
+
+TEST(JPX, ADeclaredSizeTakesNoMemory) {
+  std::string encoded = encode({{{}}});
+  const std::size_t size = encoded.find("\xFF\x51") + 6;
+  struct Case {
+    std::uint32_t width, height, tile;
+  };
+  for (const Case& c : {Case{20000, 20000, 20000},
+                        {8000, 8000, 8000},
+                        {60000, 60000, 60000},
+                        {0xFFFFFFFF, 1, 1},
+                        {20000, 20000, 100},
+                        {0, 5, 5},
+                        {5, 5, 0}}) {
+    SCOPED_TRACE(::testing::Message() << c.width << ' ' << c.tile);
+    const std::string fields = big_endian(c.width, 4) + big_endian(c.height, 4) + big_endian(0, 4) +
+                               big_endian(0, 4) + big_endian(c.tile, 4) + big_endian(c.tile, 4);
+    encoded.replace(size, fields.size(), fields);
+    const Decoded decoded = decode(encoded);
+    EXPECT_EQ(decoded.color, "");
+    EXPECT_NE(decoded.report.problem, "");
+  }
+}
