@@ -18,13 +18,17 @@
 
 namespace {
 
+/// Decoded content that one walk reads: this much, and more for large files.
+constexpr std::int64_t least_content = std::int64_t{256} * 1024 * 1024;
+
 constexpr int max_profile_bytes = 64 * 1024 * 1024;
 
 class QpdfDocument final : public CPDFDocument {
  public:
   QpdfDocument(pdfbmp::OpenedFile file, std::shared_ptr<CPDFSource> source,
                const CPDFFilterLimits& limits)
-      : table_(std::move(file.qpdf), std::move(source), file.base, limits) {}
+      : file_bytes_(source->size()),
+        table_(std::move(file.qpdf), std::move(source), file.base, limits) {}
 
   void find_pages() {
     guarded([&] { pages_ = pdfbmp::list_pages(table_.qpdf()); });
@@ -37,7 +41,8 @@ class QpdfDocument final : public CPDFDocument {
   std::vector<CPDFFoundImage> find_images(int first, int last) override {
     std::vector<CPDFFoundImage> found;
     guarded([&] {
-      found = pdfbmp::walk_images(table_, pages_, std::max(first, 1), std::min(last, page_count()));
+      found = pdfbmp::walk_images(table_, pages_, std::max(first, 1), std::min(last, page_count()),
+                                  least_content + 64 * file_bytes_);
     });
     return found;
   }
@@ -128,6 +133,7 @@ class QpdfDocument final : public CPDFDocument {
     }
   }
 
+  std::int64_t file_bytes_;
   mutable CPDFObjectTable table_;
   std::vector<QPDFObjectHandle> pages_;
 };

@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <vector>
 
@@ -9,9 +10,10 @@
 
 namespace pdfbmp {
 
-/// Finds the images of the pages `first` to `last` (1-based) of `pages`. The caller holds the
-/// table's lock.
+/// Finds the images of the pages `first` to `last` (1-based) of `pages`, reading at most
+/// `content_budget` bytes of decoded content. The caller holds the table's lock.
 std::vector<CPDFFoundImage> walk_images(CPDFObjectTable& table,
-                                        std::vector<QPDFObjectHandle>& pages, int first, int last);
+                                        const std::vector<QPDFObjectHandle>& pages, int first,
+                                        int last, std::int64_t content_budget);
 
 }  // namespace pdfbmp
