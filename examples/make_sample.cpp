@@ -2,9 +2,6 @@
 // Writes the sample PDF: one picture for each kind of image that the library reads, with a line
 // below it that names the kind. A new kind is a new function and its line in the table.
 
-#include "examples/painters.h"
-#include "examples/samples.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -15,6 +12,9 @@
 #include <qpdf/QPDFWriter.hh>
 #include <string>
 #include <vector>
+
+#include "examples/painters.h"
+#include "examples/samples.h"
 
 namespace {
 

@@ -149,7 +149,8 @@ InlineData find_inline_data(std::string_view content, std::size_t at, const CPDF
   if (begin < size && is_space(content[begin])) ++begin;
   // One white-space character belongs to ID; where it was written as a line end of two, the second
   // may do so too.
-  const bool two = begin > 0 && begin < size && content[begin - 1] == '\r' && content[begin] == '\n';
+  const bool two =
+      begin > 0 && begin < size && content[begin - 1] == '\r' && content[begin] == '\n';
 
   const bool filtered = !filter_names(dict, xref).empty();
   const std::int64_t picture = picture_bytes(dict, named, xref);
