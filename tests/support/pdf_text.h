@@ -35,7 +35,7 @@ class PdfText {
     } else if (token[0] == '<') {
       std::string bytes;
       for (std::size_t i = 1; i + 1 < token.size(); i += 2)
-        bytes += static_cast<char>(std::stoi(token.substr(i, 2), nullptr, 16));
+        bytes += static_cast<char>(std::strtol(token.substr(i, 2).c_str(), nullptr, 16));
       out.set_string(bytes.data(), static_cast<int>(bytes.size()));
     } else if (token == "true" || token == "false") {
       out.set_bool(token == "true");
