@@ -1,0 +1,42 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "tools/pdfbmp/tar_writer.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/memory_sink.h"
+#include "tests/tools/tar_reader.h"
+
+namespace {
+
+TEST(TarWriter, MembersReadBack) {
+  const std::vector<std::pair<std::string, std::string>> members = {
+      {"empty", ""},
+      {"folder/one.png", "x"},
+      {std::string(100, 'n'), std::string(512, 'b')},
+      {std::string(101, 'n'), std::string(513, 'c')},
+      {std::string(990, 'm'), "the record's length gains a digit by its own digits"},
+  };
+  MemorySink sink;
+  TarWriter tar(sink);
+  for (const auto& [name, content] : members) {
+    ASSERT_TRUE(tar.begin(name, static_cast<std::int64_t>(content.size())));
+    // In two pieces, as a file is copied.
+    ASSERT_TRUE(tar.write(content.data(), content.size() / 2));
+    ASSERT_TRUE(
+        tar.write(content.data() + content.size() / 2, content.size() - content.size() / 2));
+    ASSERT_TRUE(tar.end());
+  }
+  ASSERT_TRUE(tar.finish());
+  EXPECT_EQ(read_tar(sink.text), members);
+}
+
+TEST(TarWriter, SizeBeyondElevenOctalDigitsIsARecord) {
+  MemorySink sink;
+  ASSERT_TRUE(TarWriter(sink).begin("big", std::int64_t{1} << 33));
+  EXPECT_EQ(sink.text.substr(512, 19), "19 size=8589934592\n");
+}
+
+}  // namespace

@@ -1,0 +1,285 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+// Runs the built program and looks at what a caller sees: exit codes, messages, files, JSON.
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/json_reader.h"
+#include "tests/support/pdf_file.h"
+#include "tests/support/png_reader.h"
+#include "tests/support/run_program.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/tools/tar_reader.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+const std::string rgb_rows(
+    "\1\2\3\4\5\6"
+    "abcdef");
+
+int add_rgb(PdfFile& pdf) {
+  return pdf.add_image(2, 2, "/ColorSpace /DeviceRGB /BitsPerComponent 8", rgb_rows);
+}
+
+// Two pages that share an RGB image; a gray one and a stencil besides.
+std::string good_pdf() {
+  PdfFile pdf;
+  const int rgb = add_rgb(pdf);
+  const int gray =
+      pdf.add_image(3, 1, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x10\x80\xF0");
+  const int stencil = pdf.add_image(8, 1, "/ImageMask true /BitsPerComponent 1", "\xF0");
+  pdf.add_page({rgb, gray});
+  pdf.add_page({rgb, stencil});
+  return pdf.text();
+}
+
+std::string one_image_pdf(const std::string& entries, const std::string& data) {
+  PdfFile pdf;
+  pdf.add_page({pdf.add_image(2, 2, entries, data)});
+  return pdf.text();
+}
+
+class Tool : public testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string rgb = "/ColorSpace /DeviceRGB /BitsPerComponent 8";
+    write_file(path("good.pdf"), good_pdf());
+    write_file(path("short.pdf"), one_image_pdf(rgb, rgb_rows.substr(0, 8)));
+    write_file(path("empty.pdf"), one_image_pdf(rgb, ""));
+    write_file(path("foreign.pdf"), one_image_pdf(rgb + " /Filter /NoSuchDecode", rgb_rows));
+    write_file(path("text.pdf"), "This is no PDF.\n");
+    QPDF pdf;
+    const std::string plain = good_pdf();
+    pdf.processMemoryFile("plain", plain.data(), plain.size());
+    const std::string secret = path("secret.pdf");  // The writer keeps the pointer.
+    QPDFWriter writer(pdf, secret.c_str());
+    writer.setR6EncryptionParameters("open", "own", true, true, true, true, true, true,
+                                     qpdf_r3p_full, true);
+    writer.write();
+  }
+
+  std::string path(const std::string& name) const { return folder_.path() / name; }
+
+  // Words that are names of the test's files become their paths.
+  ProgramRun run(Words words, const std::string& input = "", const std::string& out = "") const {
+    for (std::string& word : words) {
+      if (word.find('.') != std::string::npos || word == "out") word = path(word);
+    }
+    words.insert(words.begin(), PDFBMP_TOOL);
+    return run_program(words, input, out);
+  }
+
+  // Names below a folder, sorted.
+  std::vector<std::string> files_in(const std::string& name) const {
+    std::vector<std::string> files;
+    const std::filesystem::path top = path(name);
+    if (!std::filesystem::exists(top)) return files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
+      if (entry.is_regular_file()) files.push_back(entry.path().lexically_relative(top));
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+  }
+
+  TemporaryFolder folder_;
+};
+
+// In place of a message: standard error is empty.
+const std::string quiet = "(nothing)";
+
+TEST_F(Tool, ExitCodesAndMessages) {
+  struct {
+    Words words;
+    int exit_code;
+    std::string message;                  // Part of standard error.
+    std::vector<std::string> files = {};  // Below the folder "out".
+  } const cases[] = {
+      {{"--version"}, 0, ""},
+      {{"extract", "--help"}, 0, ""},
+      {{"list", "good.pdf"}, 0, ""},
+      {{"extract", "good.pdf", "-o", "out"},
+       0,
+       "3 images written",
+       {"0001-001-o1.png", "0001-002-o2.png", "0002-001-o3.png"}},
+      {{"extract", "-q", "good.pdf", "-o", "out", "-f", "2"},
+       0,
+       "",
+       {"0002-001-o1.png", "0002-002-o3.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--format", "pnm"},
+       0,
+       "",
+       {"0001-001-o1.ppm", "0001-002-o2.pgm", "0002-001-o3.pam"}},
+      {{"extract", "good.pdf", "-o", "out", "--format", "pam", "--kind", "mask"},
+       0,
+       "1 images written, 2 passed over",
+       {"0002-001-o3.pam"}},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "mono"}, 0, "", {"0001-002-o2.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "gray"},
+       0,
+       "",
+       {"0001-001-o1.png", "0001-002-o2.png"}},
+      {{"extract", "good.pdf", "-o", "out", "-f", "9"}, 0, "has no page 9"},
+      {{"extract", "short.pdf", "-o", "out"},
+       1,
+       "short.pdf: page 1, object 1: incomplete: ",
+       {"0001-001-o1.png"}},
+      {{"extract", "empty.pdf", "-o", "out"}, 1, "page 1, object 1: "},
+      {{"extract", "foreign.pdf", "-o", "out"}, 1, "foreign.pdf: page 1, object 1: "},
+      {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"},
+       1,
+       "object 1: its 2 x 2 pixels",
+       {"0001-002-o2.png"}},
+      {{}, 2, "Try"},
+      {{"extract", "good.pdf"}, 2, "--output"},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "gold"}, 2, "gold"},
+      {{"list", "good.pdf", "-f", "2", "-l", "1"}, 2, "first page"},
+      {{"extract", "good.pdf", "-o", "out", "--cmyk-profile", "text.pdf"}, 2, "text.pdf: "},
+      {{"list", "text.pdf"}, 3, "text.pdf: "},
+      {{"list", "missing.pdf"}, 3, "missing.pdf: "},
+      {{"extract", "text.pdf", "-o", "out"}, 3, "text.pdf: "},
+      {{"list", "secret.pdf"}, 4, "secret.pdf: "},
+      {{"list", "secret.pdf", "--password", "wrong"}, 4, "secret.pdf: "},
+      {{"list", "secret.pdf", "--password", "open"}, 0, ""},
+      {{"extract", "good.pdf", "-o", "text.pdf"}, 5, "text.pdf: "},
+      {{"extract", "good.pdf", "-o", "text.pdf/below"}, 5, "text.pdf/below: "},
+      {{"list", "text.pdf", "secret.pdf", "good.pdf"}, 3, "secret.pdf: "},
+      {{"extract", "foreign.pdf", "secret.pdf", "-o", "out"}, 4, "foreign.pdf: page 1"},
+  };
+  for (const auto& c : cases) {
+    std::filesystem::remove_all(path("out"));
+    const ProgramRun ran = run(c.words);
+    const std::string call = testing::PrintToString(c.words);
+    EXPECT_EQ(ran.exit_code, c.exit_code) << call << "\n" << ran.err;
+    if (c.message == quiet) {
+      EXPECT_EQ(ran.err, "") << call;
+    } else {
+      EXPECT_NE(ran.err.find(c.message), std::string::npos) << call << "\n" << ran.err;
+    }
+    EXPECT_EQ(ran.err.find("terminate"), std::string::npos) << call;
+    EXPECT_EQ(files_in("out"), c.files) << call;
+  }
+  EXPECT_EQ(run({"list", "good.pdf"}, "", "/dev/full").exit_code, 5);
+  EXPECT_EQ(run({"extract", "good.pdf", "-o", "-"}, "", "/dev/full").exit_code, 5);
+}
+
+TEST_F(Tool, PicturesHoldThePixels) {
+  ASSERT_EQ(run({"extract", "good.pdf", "-o", "out"}).exit_code, 0);
+  struct {
+    const char* file;
+    int color_type;
+    std::string rows;
+  } const cases[] = {
+      {"out/0001-001-o1.png", 2, rgb_rows},
+      {"out/0001-002-o2.png", 0, "\x10\x80\xF0"},
+      {"out/0002-001-o3.png", 4, std::string("\0\0\0\0\0\0\0\0\0\xFF\0\xFF\0\xFF\0\xFF", 16)},
+  };
+  for (const auto& c : cases) {
+    const PngReader png(file_content(path(c.file)));
+    EXPECT_EQ(png.error, "") << c.file;
+    EXPECT_EQ(png.color_type, c.color_type) << c.file;
+    EXPECT_EQ(png.rows, c.rows) << c.file;
+  }
+}
+
+TEST_F(Tool, JsonTellsEveryFact) {
+  const Words facts = {"page",    "pages",       "object", "generation", "kind",       "image_mask",
+                       "mask_of", "width",       "height", "bpc",        "colorspace", "components",
+                       "filters", "interpolate", "bytes",  "placements"};
+  const auto listed = json_lines(run({"list", "--json", "good.pdf"}).out);
+  ASSERT_EQ(listed.size(), 3u);
+  for (const JsonValue& line : listed) EXPECT_EQ(line.keys, facts);
+  EXPECT_EQ(listed[0]["pages"].items.size(), 2u);
+  EXPECT_EQ(listed[0]["colorspace"].string, "DeviceRGB");
+  EXPECT_EQ(listed[0]["bytes"].number, 12);
+  EXPECT_EQ(listed[2]["kind"].string, "stencil");
+  EXPECT_EQ(listed[2]["image_mask"].number, 1);
+  EXPECT_EQ(listed[2]["page"].number, 2);
+
+  Words extract_facts = facts;
+  extract_facts.insert(extract_facts.end(), {"file", "bitmap", "complete", "rows", "error"});
+  struct {
+    const char* file;
+    const char* written;
+    bool complete;
+    double rows;
+    char error;  // Type of the value.
+  } const cases[] = {
+      {"good.pdf", "0001-001-o1.png", true, 2, 'n'},
+      {"short.pdf", "0001-001-o1.png", false, 1, 's'},
+      {"foreign.pdf", "", false, 0, 's'},
+  };
+  for (const auto& c : cases) {
+    const auto lines = json_lines(run({"extract", "--json", c.file, "-o", "out"}).out);
+    ASSERT_FALSE(lines.empty()) << c.file;
+    EXPECT_EQ(lines[0].keys, extract_facts) << c.file;
+    EXPECT_EQ(lines[0]["file"].string, c.written) << c.file;
+    EXPECT_EQ(lines[0]["bitmap"].items.size(), *c.written == '\0' ? 0u : 2u) << c.file;
+    EXPECT_EQ(lines[0]["complete"].number, c.complete) << c.file;
+    EXPECT_EQ(lines[0]["rows"].number, c.rows) << c.file;
+    EXPECT_EQ(lines[0]["error"].type, c.error) << c.file;
+  }
+}
+
+TEST_F(Tool, SeveralFilesEndWithALineEach) {
+  const ProgramRun ran =
+      run({"extract", "--json", "short.pdf", "text.pdf", "good.pdf", "-o", "out"});
+  EXPECT_EQ(ran.exit_code, 3);
+  EXPECT_EQ(files_in("out"), (Words{"good/0001-001-o1.png", "good/0001-002-o2.png",
+                                    "good/0002-001-o3.png", "short/0001-001-o1.png"}));
+  const auto lines = json_lines(ran.out);
+  ASSERT_EQ(lines.size(), 7u);
+  const Words summary = {"pdf", "images", "failed", "error"};
+  EXPECT_EQ(lines[0]["pdf"].string, path("short.pdf"));
+  EXPECT_EQ(lines[1].keys, summary);
+  EXPECT_EQ(lines[2].keys, summary);
+  EXPECT_EQ(lines[2]["error"].type, 's');
+  EXPECT_EQ(lines[3]["file"].string, "good/0001-001-o1.png");
+  EXPECT_EQ(lines[6]["images"].number, 3);
+  EXPECT_EQ(lines[6]["error"].type, 'n');
+}
+
+TEST_F(Tool, TarHasTheFilesOfTheFolderAndTheIndexLast) {
+  ASSERT_EQ(run({"extract", "good.pdf", "-o", "out"}).exit_code, 0);
+  const ProgramRun ran = run({"extract", "-", "-o", "-"}, good_pdf());
+  EXPECT_EQ(ran.exit_code, 0);
+  auto members = read_tar(ran.out);
+  ASSERT_EQ(members.size(), 4u);
+  EXPECT_EQ(members.back().first, "index.jsonl");
+  EXPECT_EQ(json_lines(members.back().second).size(), 3u);
+  members.pop_back();
+  for (const auto& [name, content] : members) {
+    EXPECT_TRUE(content == file_content(path("out/" + name))) << name;
+  }
+}
+
+TEST_F(Tool, BytesDoNotDependOnTheNumberOfThreads) {
+  PdfFile pdf;
+  std::vector<int> images;
+  for (int i = 0; i < 40; ++i) {
+    const int side = 1 + i * 37 % 60;
+    const std::string samples(static_cast<std::size_t>(side * side), static_cast<char>(i));
+    // Every seventh ends early.
+    images.push_back(pdf.add_image(side, side, "/ColorSpace /DeviceGray /BitsPerComponent 8",
+                                   i % 7 == 6 ? samples.substr(0, samples.size() / 2) : samples));
+  }
+  pdf.add_page(images);
+  write_file(path("many.pdf"), pdf.text());
+  const ProgramRun one = run({"extract", "-j", "1", "many.pdf", "-o", "-"});
+  EXPECT_EQ(one.exit_code, 1);
+  for (const char* jobs : {"2", "7"}) {
+    const ProgramRun several = run({"extract", "-j", jobs, "many.pdf", "-o", "-"});
+    EXPECT_EQ(several.exit_code, 1);
+    EXPECT_TRUE(several.out == one.out) << jobs;
+    EXPECT_EQ(several.err, one.err) << jobs;
+  }
+}
+
+}  // namespace
