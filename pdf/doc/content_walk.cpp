@@ -112,6 +112,7 @@ class Walk {
   void paint_inline_image(CPDFContentReader& in) {
     auto image = std::make_shared<CPDFInlineImage>();
     image->dict = std::make_unique<CPDFDictionary>();
+    const std::size_t position = in.position();
     if (!in.read_inline_dictionary(*image->dict)) return;
     image->color_spaces = named_spaces(*image->dict);
     CPDFObjectTable& table = scene_.table();
@@ -126,7 +127,7 @@ class Walk {
     pdfbmp::describe_image(*image->dict, &table, image->color_spaces.get(), record);
     record.bytes = static_cast<std::int64_t>(image->data.size());
     record.inline_image = std::move(image);
-    draw(scene_.add_inline_image(std::move(record)), true, state_.ctm);
+    draw(scene_.add_inline_image(node_, position, std::move(record)), true, state_.ctm);
   }
 
   /// Of the ColorSpace resources, those that an inline image may need; null where it needs none.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -139,16 +140,17 @@ int Scene::add_image(QPDFObjectHandle image) {
   return at->second = static_cast<int>(images_.size()) - 1;
 }
 
-int Scene::add_inline_image(CPDFFoundImage record) {
-  SceneImage entry;
-  entry.record = std::move(record);
-  images_.push_back(std::move(entry));
-  return static_cast<int>(images_.size()) - 1;
+int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record) {
+  const auto start = std::prev(node.starts.upper_bound(position));
+  const std::string key = start->second + " at " + std::to_string(position - start->first);
+  const auto [at, is_new] = known_inline_images_.try_emplace(key, static_cast<int>(images_.size()));
+  if (is_new) images_.emplace_back().record = std::move(record);
+  return at->second;
 }
 
-std::string Scene::load_content(const std::vector<QPDFObjectHandle>& streams) {
+std::string Scene::load_content(SceneNode& node) {
   std::string content;
-  for (QPDFObjectHandle stream : streams) {
+  for (QPDFObjectHandle stream : node.streams) {
     if (!stream.isStream() || content_budget_ <= 0) continue;
     CPDFObjHolder value;
     convert_object(stream, value);
@@ -160,6 +162,7 @@ std::string Scene::load_content(const std::vector<QPDFObjectHandle>& streams) {
     const std::unique_ptr<unsigned char, void (*)(unsigned char*)> owned(
         bytes, [](unsigned char* p) { KXFree(p); });
     if (bytes == nullptr) continue;
+    node.starts[content.size()] = identity_of(stream);
     content.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
     content += '\n';  // Streams are joined where a token may end.
     content_budget_ -= length;
@@ -221,7 +224,7 @@ int Scene::read(int index) {
     node.state = SceneNode::State::being_read;
     ++depth_;
     try {
-      std::string content = load_content(node.streams);
+      std::string content = load_content(node);
       walk_content(*this, node, content, node.resources);
       if (node.owns_resources) list_resources(node);
     } catch (const std::bad_alloc&) {

@@ -44,7 +44,8 @@ struct SceneNode {
   enum class State { unread, being_read, read } state = State::unread;
   std::vector<QPDFObjectHandle> streams;  ///< Read one after the other.
   SceneResources resources;
-  bool owns_resources = false;  ///< Lists them; otherwise whoever lent them does.
+  bool owns_resources = false;                ///< Lists them; otherwise whoever lent them does.
+  std::map<std::size_t, std::string> starts;  ///< Where each stream begins in the content read.
   std::vector<SceneEdge> edges;
   int height = 0;  ///< Painted edges on the longest way down to another node.
 };
@@ -75,7 +76,9 @@ class Scene {
   /// The image of an image XObject, -1 where it is none.
   int add_image(QPDFObjectHandle image);
 
-  int add_inline_image(CPDFFoundImage record);
+  /// The image of an inline image at a position of the node's content. The same one for whatever
+  /// nodes have its stream: a stream can be read with more than one set of resources.
+  int add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record);
 
   /// Adds an edge while there is room for more; the first to a target always finds some.
   void add_edge(SceneNode& node, const SceneEdge& edge);
@@ -88,7 +91,7 @@ class Scene {
   int node_of(const std::string& key, const std::vector<QPDFObjectHandle>& streams,
               const SceneResources& resources, bool owns_resources);
   int read(int index);
-  std::string load_content(const std::vector<QPDFObjectHandle>& streams);
+  std::string load_content(SceneNode& node);
   void list_resources(SceneNode& node);
   void list_node(SceneNode& node, int target);
   void list_font(SceneNode& node, QPDFObjectHandle font);
@@ -103,6 +106,7 @@ class Scene {
   std::deque<SceneImage> images_;
   std::map<std::string, int> known_nodes_;
   std::map<QPDFObjGen, int> known_images_;
+  std::map<std::string, int> known_inline_images_;
   std::vector<int> unread_;  ///< Listed nodes that nothing painted so far.
 };
 
