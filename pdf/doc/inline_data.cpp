@@ -16,7 +16,9 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 
-/// Encoded bytes that a filter is given at a time: it has read at most this much beyond its end.
+/// Encoded bytes that a filter is given at a time, so that it reads no further than it must: single
+/// ones, and more for data so long that it would take too much time.
+constexpr std::size_t small_data = 256 * 1024;
 constexpr std::size_t trickle = 16;
 
 /// How far before and behind a filter's end EI is looked for. Decoders look a few bytes ahead.
@@ -82,7 +84,8 @@ class Trickle final : public CPDFStream {
 
   int read_block(void* dst, int n) override {
     const std::size_t left = bytes_.size() - given_;
-    const std::size_t count = std::min({trickle, left, static_cast<std::size_t>(std::max(n, 0))});
+    const std::size_t some = given_ < small_data ? 1 : trickle;
+    const std::size_t count = std::min({some, left, static_cast<std::size_t>(std::max(n, 0))});
     std::memcpy(dst, bytes_.data() + given_, count);
     given_ += count;
     return static_cast<int>(count);
@@ -167,7 +170,8 @@ InlineData find_inline_data(std::string_view content, std::size_t at, const CPDF
     if (taken != npos) {
       const std::size_t end = begin + taken;
       const std::size_t from = end - std::min(taken, slack_before);
-      const std::size_t ei = scan_for_ei(content, begin, from, end + slack_behind, false);
+      std::size_t ei = ei_behind(content, end);
+      if (ei == npos) ei = scan_for_ei(content, begin, from, end + slack_behind, false);
       if (ei != npos) return data_before(content, begin, ei);
     }
   }

@@ -1,0 +1,50 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "pdf/doc/inline_data.h"
+
+#include <gtest/gtest.h>
+#include <qpdf/QPDFObjectHandle.hh>
+#include <string>
+
+#include "pdf/doc/object_values.h"
+
+namespace {
+
+TEST(InlineData, EndsWhereItEnds) {
+  const std::string gray = "/W 8 /H 1 /BPC 8 /CS /G";
+  const std::string binary("\x01 EI \x02\x03\x04", 7);
+  const struct {
+    const char* name;
+    std::string dict;
+    std::string after_id;
+    std::string data;
+    std::string rest;
+  } cases[] = {
+      {"the length that the size implies", gray, " a EI Q b\nEI Q", "a EI Q b", " Q"},
+      {"a line end of two bytes after ID", gray, "\r\na EI Q b\r\nEI\nQ", "a EI Q b", "\nQ"},
+      {"a line feed that is data", gray, "\r\nEI Q bc EI Q", "\nEI Q bc", " Q"},
+      {"no white space before EI", gray, " 12345678EI Q", "12345678", " Q"},
+      {"a stated length", "/L 6 /W 99 /H 9 /BPC 8 /CS /G", " a EI b EI Q", "a EI b", " Q"},
+      {"a wrong size: content follows EI", gray, " ab EI Q", "ab", " Q"},
+      {"a wrong size: EI inside binary data", "/W 99 /H 9 /BPC 8 /CS /G", " " + binary + "\nEI Q",
+       binary, " Q"},
+      {"a stencil", "/W 9 /H 2 /IM true", " EI \nEI Q", "EI \n", " Q"},
+      {"the end of a filter", gray + " /F /AHx", " 41 EI 42> EI Q", "41 EI 42>", " Q"},
+      {"a filter's end right before EI", gray + " /F /AHx", " 4142434445464748>EI Q",
+       "4142434445464748>", " Q"},
+      {"an unknown filter", gray + " /F /What", " ab EI Q", "ab", " Q"},
+      {"no EI", gray, " abc", "abc", ""},
+      {"nothing at all", gray, "", "", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    CPDFObjHolder dict;
+    pdfbmp::convert_object(QPDFObjectHandle::parse("<< " + c.dict + " >>"), dict);
+    const std::string content = "ID" + c.after_id;
+    const pdfbmp::InlineData found =
+        pdfbmp::find_inline_data(content, 2, *dict.dict(), nullptr, nullptr, {});
+    EXPECT_EQ(content.substr(found.begin, found.length), c.data);
+    EXPECT_EQ(content.substr(found.next), c.rest);
+  }
+}
+
+}  // namespace
