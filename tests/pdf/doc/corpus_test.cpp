@@ -1,5 +1,6 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -36,7 +37,12 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
     if (document == nullptr) continue;
     QPDF peer;
     peer.setSuppressWarnings(true);
-    peer.processFile(entry.path().c_str());
+    bool peer_opened = true;
+    try {
+      peer.processFile(entry.path().c_str());
+    } catch (const std::exception&) {
+      peer_opened = false;  // More files are opened here than there.
+    }
     for (const CPDFFoundImage& found : document->find_images(1, document->page_count())) {
       SCOPED_TRACE(found.object);
       EXPECT_FALSE(found.pages.empty());
@@ -50,7 +56,7 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
       EXPECT_EQ(loaded.image->height, found.height);
       EXPECT_EQ(read_all(document->raw_stream(found).get()).size(),
                 static_cast<std::size_t>(found.bytes));
-      if (found.object != 0) expect_bytes_of_qpdf(peer, *document, found);
+      if (peer_opened && found.object != 0) expect_bytes_of_qpdf(peer, *document, found);
     }
   }
   EXPECT_GT(files, 0);
