@@ -73,7 +73,7 @@ class CPDFCSDeviceN final : public CPDFCSParsed {
 
  protected:
   void convert(_KXRGBA* dst, const unsigned char* src, int pixels) const override {
-    // Direct-mapped: a place is the low bits of a hash of the samples.
+    // Direct-mapped: a place is the top byte of a hash of the samples.
     constexpr std::size_t places = 256;
     const auto size = static_cast<std::size_t>(comp_count);
     struct {
@@ -105,7 +105,7 @@ class CPDFCSDeviceN final : public CPDFCSParsed {
   std::unique_ptr<TintTransform> tint_;
 };
 
-/// A constant color for all tints.
+/// White for all tints.
 class CPDFCSNoMarks final : public CPDFCSParsed {
  public:
   explicit CPDFCSNoMarks(int components) : CPDFCSParsed(PDF_CS_DEVICE_N, components) {}

@@ -19,19 +19,20 @@ std::unique_ptr<CPDFFunction> function_of(const std::string& text, TextXRef& xre
 
 TEST(Function, GivesWhatTheStandardSays) {
   TextXRef xref;
-  const std::string unit = "/Domain [0 1] /Range [0 1] /FunctionType 0 ";
-  xref.add_stream(1, "<<" + unit + "/Size [3] /BitsPerSample 8>>", "\x00\xFF\x33"s);
-  xref.add_stream(2, "<<" + unit + "/Size [2] /BitsPerSample 8 /Decode [1 0]>>", "\x00\xFF"s);
-  xref.add_stream(3, "<<" + unit + "/Size [2] /BitsPerSample 8 /Encode [1 0]>>", "\x00\xFF"s);
-  xref.add_stream(4, "<<" + unit + "/Size [4] /BitsPerSample 1>>", "\x50"s);
-  xref.add_stream(5, "<<" + unit + "/Size [4] /BitsPerSample 2>>", "\x1B"s);
-  xref.add_stream(6, "<<" + unit + "/Size [3] /BitsPerSample 4>>", "\x0F\x30"s);
-  xref.add_stream(7, "<<" + unit + "/Size [3] /BitsPerSample 12>>", "\x00\x0F\xFF\x80\x00"s);
-  xref.add_stream(8, "<<" + unit + "/Size [2] /BitsPerSample 16>>", "\x00\x00\xFF\xFF"s);
-  xref.add_stream(9, "<<" + unit + "/Size [2] /BitsPerSample 24>>", "\x00\x00\x00\x80\x00\x00"s);
-  xref.add_stream(10, "<<" + unit + "/Size [2] /BitsPerSample 32>>",
-                  "\x00\x00\x00\x00\xFF\xFF\xFF\xFF"s);
-  xref.add_stream(11, "<<" + unit + "/Size [4] /BitsPerSample 8>>", "\xFF\xFF"s);  // Short.
+  const auto add_ramp = [&xref](int number, const std::string& more, const std::string& bytes) {
+    xref.add_stream(number, "<</Domain [0 1] /Range [0 1] /FunctionType 0 " + more + ">>", bytes);
+  };
+  add_ramp(1, "/Size [3] /BitsPerSample 8", "\x00\xFF\x33"s);
+  add_ramp(2, "/Size [2] /BitsPerSample 8 /Decode [1 0]", "\x00\xFF"s);
+  add_ramp(3, "/Size [2] /BitsPerSample 8 /Encode [1 0]", "\x00\xFF"s);
+  add_ramp(4, "/Size [4] /BitsPerSample 1", "\x50"s);
+  add_ramp(5, "/Size [4] /BitsPerSample 2", "\x1B"s);
+  add_ramp(6, "/Size [3] /BitsPerSample 4", "\x0F\x30"s);
+  add_ramp(7, "/Size [3] /BitsPerSample 12", "\x00\x0F\xFF\x80\x00"s);
+  add_ramp(8, "/Size [2] /BitsPerSample 16", "\x00\x00\xFF\xFF"s);
+  add_ramp(9, "/Size [2] /BitsPerSample 24", "\x00\x00\x00\x80\x00\x00"s);
+  add_ramp(10, "/Size [2] /BitsPerSample 32", "\x00\x00\x00\x00\xFF\xFF\xFF\xFF"s);
+  add_ramp(11, "/Size [4] /BitsPerSample 8", "\xFF\xFF"s);  // Short.
   // Two inputs, two outputs; the first input varies fastest.
   xref.add_stream(12,
                   "<</FunctionType 0 /Domain [0 1 0 2] /Range [0 255 0 255] /Size [2 2] "
