@@ -49,7 +49,8 @@ bool cpu_runs(CPDFCpu cpu) {
       return __builtin_cpu_supports("avx2");
     case CPDFCpu::avx512:
       return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-             __builtin_cpu_supports("avx512vl");
+             __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
+             __builtin_cpu_supports("avx512vnni");
   }
   return false;
 #else
