@@ -79,6 +79,8 @@ class MaskedPicture : public CPDFRasterReader {
       if (color_ == nullptr) return false;
     }
     if (parts_.opacity != nullptr) opacity_ = make_bytes(parts_.opacity->width());
+    one_to_one_ = parts_.color != nullptr && parts_.color->info().width == info_.width &&
+                  opacity_width() == info_.width;
     return opacity_ != nullptr;
   }
 
@@ -113,10 +115,6 @@ class MaskedPicture : public CPDFRasterReader {
     }
   }
 
-  int opacity_width() const {
-    return parts_.opacity != nullptr ? parts_.opacity->width() : parts_.color->info().width;
-  }
-
   void write_stencil(unsigned char* dst) const {
     for (int x = 0; x < info_.width; ++x) {
       dst[2 * std::ptrdiff_t{x}] = 0;
@@ -126,26 +124,42 @@ class MaskedPicture : public CPDFRasterReader {
 
   template <int Channels>
   void write_pixels(unsigned char* dst) const {
+    if (one_to_one_ && !parts_.has_matte) return interleave<Channels>(dst);
     const int color_width = parts_.color->info().width;
     const int alpha_width = opacity_width();
-    const bool one_to_one = color_width == info_.width && alpha_width == info_.width;
     const int matte[3] = {parts_.matte.r, parts_.matte.g, parts_.matte.b};
     for (int x = 0; x < info_.width; ++x, dst += Channels + 1) {
-      const int cx = one_to_one ? x : nearest(x, color_width, info_.width);
-      const int ax = one_to_one ? x : nearest(x, alpha_width, info_.width);
-      const unsigned char* pixel = color_.get() + std::ptrdiff_t{cx} * Channels;
-      const unsigned char alpha = opacity_[static_cast<std::size_t>(ax)];
+      const std::ptrdiff_t cx = nearest(x, color_width, info_.width);
+      const unsigned char alpha =
+          opacity_[static_cast<std::size_t>(nearest(x, alpha_width, info_.width))];
       for (int i = 0; i < Channels; ++i) {
-        dst[i] = parts_.has_matte ? undo_matte(pixel[i], matte[i], alpha) : pixel[i];
+        const unsigned char value = color_[static_cast<std::size_t>(cx * Channels + i)];
+        dst[i] = parts_.has_matte ? undo_matte(value, matte[i], alpha) : value;
       }
       dst[Channels] = alpha;
     }
+  }
+
+  /// Colour and opacity of the same width, with nothing to undo: nearly every masked picture.
+  template <int Channels>
+  void interleave(unsigned char* dst) const {
+    const unsigned char* color = color_.get();
+    const unsigned char* alpha = opacity_.get();
+    for (int x = 0; x < info_.width; ++x, dst += Channels + 1, color += Channels) {
+      for (int i = 0; i < Channels; ++i) dst[i] = color[i];
+      dst[Channels] = alpha[x];
+    }
+  }
+
+  int opacity_width() const {
+    return parts_.opacity != nullptr ? parts_.opacity->width() : parts_.color->info().width;
   }
 
   Parts parts_;
   CPDFRasterInfo info_;
   Bytes color_, opacity_;
   int color_channels_ = 0;
+  bool one_to_one_ = false;                ///< Colour and opacity are both as wide as the picture.
   int next_ = 0;                           ///< Row of the picture.
   int color_row_ = -1, opacity_row_ = -1;  ///< Rows at hand; -1 before the first.
 };
