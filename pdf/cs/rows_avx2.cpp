@@ -98,7 +98,7 @@ ROWS_FN Vec choose8(Vec v, Vec bit, Vec off, Vec on) {
   return xor_(off, and_(set, xor_(off, on)));
 }
 
-#  include "pdf/cs/rows_x86.inc"
+#  include "pdf/cs/rows_x86.inl"
 
 }  // namespace
 

@@ -112,7 +112,7 @@ ROWS_FN Vec choose8(Vec v, Vec bit, Vec off, Vec on) {
   return _mm512_mask_mov_epi8(off, _mm512_test_epi8_mask(v, bit), on);
 }
 
-#  include "pdf/cs/rows_x86.inc"
+#  include "pdf/cs/rows_x86.inl"
 
 // RGB needs no lanes here: one instruction moves bytes anywhere in the vector.
 
