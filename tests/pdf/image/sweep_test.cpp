@@ -53,13 +53,15 @@ void set_decode(CPDFImage& image, Decode decode) {
   }
 }
 
-/// Keys: none, in order, turned round, from below the table, past the table, a mask image's.
-constexpr int key_count = 6;
+/// Keys: none, in order, turned round, from below the table, past the table, turned round to below
+/// it, a mask image's.
+constexpr int key_count = 7;
 void set_key(CPDFImage& image, int key) {
-  constexpr int bounds[key_count][2] = {{0, 0}, {1, 130}, {140, 2}, {-7, 9}, {13, 400}, {0, 255}};
+  constexpr int bounds[key_count][2] = {{0, 0},    {1, 130}, {140, 2}, {-7, 9},
+                                        {13, 400}, {90, -7}, {0, 255}};
   if (key == 0) return;
   image.has_mask = 1;
-  if (key == 5) image.mask = new CPDFImage;
+  if (key == 6) image.mask = new CPDFImage;
   for (int i = 0; i < 16; ++i) {
     image.mask_min.val[i] = bounds[key][0];
     image.mask_max.val[i] = bounds[key][1];
