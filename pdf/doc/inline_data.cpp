@@ -39,11 +39,13 @@ bool is_ei(std::string_view content, std::size_t at) {
   return at + 2 == content.size() || is_space(content[at + 2]) || is_delimiter(content[at + 2]);
 }
 
-/// The EI behind data that ends at `end`, white space between them; npos where there is none.
+/// The EI behind data that ends at `end`, white space between them (and the second half of the mark
+/// that ends base-85 data, which its filter need not read); npos where there is none.
 std::size_t ei_behind(std::string_view content, std::size_t end) {
   for (std::size_t at = end; at <= content.size() && at <= end + 4; ++at) {
     if (is_ei(content, at)) return at;
-    if (at < content.size() && !is_space(content[at])) return npos;
+    const bool passes = at < content.size() && (is_space(content[at]) || content[at] == '>');
+    if (!passes) return npos;
   }
   return npos;
 }
