@@ -9,6 +9,7 @@
 #include "pdf/filter/crypt.h"
 #include "pdf/filter/dct.h"
 #include "pdf/filter/flate.h"
+#include "pdf/filter/jbig2.h"
 #include "pdf/filter/jpx.h"
 #include "pdf/filter/lzw.h"
 #include "pdf/filter/run_length.h"
@@ -24,6 +25,7 @@ constexpr pdfbmp::FilterEntry filters[] = {
     {"ASCII85Decode", "A85", pdfbmp::make_ascii85},
     {"ASCIIHexDecode", "AHx", pdfbmp::make_ascii_hex},
     {"JPXDecode", "JPXDecode", pdfbmp::make_jpx},
+    {"JBIG2Decode", "JBIG2Decode", pdfbmp::make_jbig2},
     {"Crypt", "Crypt", pdfbmp::make_crypt},
 };
 

@@ -8,6 +8,7 @@
 #include "pdf/filter/declared_size.h"
 #include "pdf/filter/jpx_codestream.h"
 #include "pdf/filter/jpx_rows.h"
+#include "pdf/filter/parms.h"
 #include "pdf/filter/row_bytes.h"
 #include "pdf/obj/access.h"
 #include "pdf/obj/jpx_stream.h"
@@ -33,7 +34,8 @@ class JPXStream : public CPDFStreamJPX {
   JPXStream(std::unique_ptr<CPDFJpxCodestream> tiles, const CPDFFilterSetup& setup)
       : report_(setup.report),
         tiles_(std::move(tiles)),
-        rows_(tiles_->header(), is_indexed(setup)),
+        rows_(tiles_->header(), is_indexed(setup),
+              pdfbmp::int_parm(setup.image, setup.xref, "SMaskInData", 0) > 0),
         size_(pdfbmp::declared_size(setup)) {
     const CPDFJpxHeader& header = tiles_->header();
     comp_count = rows_.channels();

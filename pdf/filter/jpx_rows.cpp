@@ -47,7 +47,7 @@ void ycc_to_rgb(unsigned char* pixel, std::int64_t count) {
 
 }  // namespace
 
-CPDFJpxRows::CPDFJpxRows(const CPDFJpxHeader& header, bool indexed)
+CPDFJpxRows::CPDFJpxRows(const CPDFJpxHeader& header, bool indexed, bool alpha_expected)
     : step_x_(header.step_x()),
       step_y_(header.step_y()),
       width_(header.width()),
@@ -56,8 +56,9 @@ CPDFJpxRows::CPDFJpxRows(const CPDFJpxHeader& header, bool indexed)
   if (indexed) {
     color_channels_ = {0};
   } else {
-    choose_colors(header, static_cast<int>(header.mappings.empty() ? header.components.size()
-                                                                   : header.mappings.size()));
+    const std::size_t count =
+        header.mappings.empty() ? header.components.size() : header.mappings.size();
+    choose_colors(header, static_cast<int>(count), alpha_expected);
   }
   for (const int number : color_channels_) colors_.push_back(make_channel(header, number, indexed));
   if (alpha_channel_ >= 0) alpha_ = make_channel(header, alpha_channel_, false);
@@ -69,7 +70,8 @@ CPDFJpxRows::CPDFJpxRows(const CPDFJpxHeader& header, bool indexed)
          (header.space == 0 && coarser);
 }
 
-void CPDFJpxRows::choose_colors(const CPDFJpxHeader& header, int channel_count) {
+void CPDFJpxRows::choose_colors(const CPDFJpxHeader& header, int channel_count,
+                                bool alpha_expected) {
   // The colours in the order that the definitions give them; channels without one, in their own.
   struct Color {
     int place, channel;
@@ -89,6 +91,10 @@ void CPDFJpxRows::choose_colors(const CPDFJpxHeader& header, int channel_count) 
   if (colors.empty()) {
     colors.push_back({1, 0});
     alpha_channel_ = -1;
+  }
+  if (alpha_expected && header.definitions.empty() && (colors.size() == 2 || colors.size() == 4)) {
+    alpha_channel_ = colors.back().channel;
+    colors.pop_back();
   }
   std::stable_sort(colors.begin(), colors.end(),
                    [](const Color& a, const Color& b) { return a.place < b.place; });

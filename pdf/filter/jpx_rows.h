@@ -13,8 +13,9 @@
 class CPDFJpxRows {
  public:
   /// `indexed`: the samples are indices into a table outside of the image; they are delivered as
-  /// they are, the first component's.
-  CPDFJpxRows(const CPDFJpxHeader& header, bool indexed);
+  /// they are, the first component's. `alpha_expected`: where no channel is defined to be alpha,
+  /// the second of two and the fourth of four are.
+  CPDFJpxRows(const CPDFJpxHeader& header, bool indexed, bool alpha_expected);
 
   int channels() const { return static_cast<int>(colors_.size()); }  ///< Delivered: 1, 3 or 4.
   int alpha_channel() const { return alpha_channel_; }               ///< Negative: there is none.
@@ -37,7 +38,7 @@ class CPDFJpxRows {
   };
 
   Channel make_channel(const CPDFJpxHeader& header, int number, bool indexed) const;
-  void choose_colors(const CPDFJpxHeader& header, int channel_count);
+  void choose_colors(const CPDFJpxHeader& header, int channel_count, bool alpha_expected);
   void fill(const CPDFJpxCodestream& tiles, std::int64_t y, const Channel& channel,
             unsigned char* dst, int step) const;
 

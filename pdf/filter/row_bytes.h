@@ -8,7 +8,8 @@
 #include "kx/alloc.h"
 
 /// Hands out rows that come whole in reads of any size. A row may be delivered shorter or longer
-/// than it was decoded: what is beyond its end reads as 0 and takes no memory.
+/// than it was decoded: what is beyond its end reads as one byte, 0 by default, and takes no
+/// memory.
 class CPDFRowBytes {
  public:
   CPDFRowBytes() = default;
@@ -17,11 +18,12 @@ class CPDFRowBytes {
   CPDFRowBytes& operator=(const CPDFRowBytes&) = delete;
 
   /// Rows of `decoded` bytes, of which `delivered` are given; false where memory failed.
-  bool set_size(std::int64_t decoded, std::int64_t delivered) {
+  bool set_size(std::int64_t decoded, std::int64_t delivered, unsigned char beyond = 0) {
     KXFree(row_);
     row_ = static_cast<unsigned char*>(KXCalloc(static_cast<std::size_t>(decoded), 1));
     decoded_ = std::min(decoded, delivered);
     at_ = delivered_ = delivered;
+    beyond_ = beyond;
     return row_ != nullptr;
   }
 
@@ -41,7 +43,7 @@ class CPDFRowBytes {
       if (inside) {
         std::memcpy(dst + done, row_ + at_, k);
       } else {
-        std::memset(dst + done, 0, k);
+        std::memset(dst + done, beyond_, k);
       }
       at_ += static_cast<std::int64_t>(k);
       done += static_cast<int>(k);
@@ -52,5 +54,6 @@ class CPDFRowBytes {
  private:
   unsigned char* row_ = nullptr;
   std::int64_t decoded_ = 0, delivered_ = 0;
+  unsigned char beyond_ = 0;
   std::int64_t at_ = 0;  ///< Bytes of the current row that were delivered.
 };

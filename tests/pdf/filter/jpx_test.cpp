@@ -238,6 +238,20 @@ TEST(JPX, ChannelDefinitionsOrderColorsAndFindAlpha) {
   }
 }
 
+TEST(JPX, TheDictionaryMakesAnUndefinedLastChannelAlpha) {
+  Parms image({{"SMaskInData", 1}});
+  for (const int n : {1, 2, 3, 4}) {
+    const Picture picture = {std::vector<Component>(static_cast<std::size_t>(n))};
+    const Decoded decoded = decode(encode(picture), &image.dict);
+    EXPECT_EQ(decoded.components, n - (n + 1) % 2);
+    EXPECT_EQ(decoded.alpha_channel >= 0, n % 2 == 0);
+    if (n % 2 != 0) continue;
+    EXPECT_LE(worst_error(decoded.alpha, picture, 1,
+                          [&](int x, int y, int) { return as_byte(picture, n - 1, x, y); }),
+              0.51);
+  }
+}
+
 TEST(JPX, PalettesAreAppliedUnlessTheDictionaryIsIndexed) {
   const Picture picture = {{{4}}};
   std::string palette = big_endian(16, 2) + "\3\7\7\3";

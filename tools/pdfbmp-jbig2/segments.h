@@ -1,0 +1,22 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// One segment of an embedded JBIG2 stream (T.88, 7.2).
+struct Jbig2Segment {
+  std::size_t bytes = 0;  ///< Header and data; what there is of it, where it is cut.
+  bool whole = false;
+  int type = -1;
+  const unsigned char* data = nullptr;
+  std::size_t data_bytes = 0;
+
+  bool is_page() const { return type == 48; }
+  bool is_end_of_page() const { return type == 49; }
+  /// It draws on the page.
+  bool is_drawn_region() const;
+};
+
+/// The segment at the front of `size` (at least 1) bytes.
+Jbig2Segment read_segment(const unsigned char* bytes, std::size_t size);
