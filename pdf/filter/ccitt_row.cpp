@@ -10,11 +10,19 @@
 
 namespace {
 
-// Every table is looked up with the next bits, as many as its longest code has. An entry of length
-// 0 is no code.
-struct Entry {
-  std::int16_t value;
-  std::int16_t length;
+// Every table is looked up with the next bits, as many as its longest code has. Entries are small,
+// so that all tables together stay in the fastest cache; one of length 0 is no code.
+class Entry {
+ public:
+  constexpr Entry() = default;
+  constexpr Entry(int value, int length)
+      : packed_(static_cast<std::uint16_t>((value + bias) << 4 | length)) {}
+  constexpr int value() const { return (packed_ >> 4) - bias; }
+  constexpr int length() const { return packed_ & 15; }
+
+ private:
+  static constexpr int bias = 3;  // The least value is -3, of a vertical mode.
+  std::uint16_t packed_ = 0;
 };
 
 constexpr int white_bits = 12;
@@ -32,7 +40,7 @@ constexpr void add(Table<Bits>& table, const pdfbmp::CCITTCode (&codes)[N]) {
     for (; code.bits[length] != '\0'; ++length) first = first * 2 + (code.bits[length] == '1');
     const std::size_t span = std::size_t{1} << (Bits - length);
     for (std::size_t i = first * span; i < (first + 1) * span; ++i) {
-      table[i] = {static_cast<std::int16_t>(code.value), static_cast<std::int16_t>(length)};
+      table[i] = Entry(code.value, length);
     }
   }
 }
@@ -51,22 +59,28 @@ constexpr Table<mode_bits> make_mode_table() {
   return table;
 }
 
-constexpr Table<white_bits> white_table = make_run_table<white_bits>(pdfbmp::ccitt_white_codes);
-constexpr Table<black_bits> black_table = make_run_table<black_bits>(pdfbmp::ccitt_black_codes);
-constexpr Table<mode_bits> mode_table = make_mode_table();
+constexpr auto white_table = make_run_table<white_bits>(pdfbmp::ccitt_white_codes);
+constexpr auto black_table = make_run_table<black_bits>(pdfbmp::ccitt_black_codes);
+constexpr auto mode_table = make_mode_table();
 
-/// The length of a run of `color` (0 white), or -1: no code, or longer than `most`.
+// By colour, 0 white.
+constexpr struct {
+  const Entry* table;
+  int bits;
+} run_tables[] = {{white_table.data(), white_bits}, {black_table.data(), black_bits}};
+
+/// The length of a run, or -1: no code, or longer than `most`.
 int read_run(CCITTBits& bits, int color, int most) {
+  const auto& codes = run_tables[color];
   int run = 0;
   for (;;) {
     bits.need();
-    const Entry entry = color == 0 ? white_table[bits.peek(white_bits)]  //
-                                   : black_table[bits.peek(black_bits)];
-    if (entry.length == 0) return -1;
-    run += entry.value;
+    const Entry entry = codes.table[bits.peek(codes.bits)];
+    if (entry.length() == 0) return -1;
+    run += entry.value();
     if (run > most) return -1;
-    bits.skip(entry.length);
-    if (entry.value < 64) return run;
+    bits.skip(entry.length());
+    if (entry.value() < 64) return run;
   }
 }
 
@@ -97,15 +111,15 @@ bool decode_ccitt_2d(CCITTBits& bits, const CCITTRow& above, CCITTRow& row, int 
   while (a0 < columns) {
     bits.need();
     const Entry mode = mode_table[bits.peek(mode_bits)];
-    if (mode.length == 0) return false;
-    if (mode.value == ccitt_pass) {
-      bits.skip(mode.length);
+    if (mode.length() == 0) return false;
+    if (mode.value() == ccitt_pass) {
+      bits.skip(mode.length());
       a0 = changes[b1 + 1];
       b1 += 2;
       continue;
     }
-    if (mode.value == ccitt_horizontal) {
-      bits.skip(mode.length);
+    if (mode.value() == ccitt_horizontal) {
+      bits.skip(mode.length());
       for (int i = 0; i < 2; ++i) {
         const int run = read_run(bits, row.color(), columns - a0);
         if (run < 0) return false;
@@ -113,13 +127,13 @@ bool decode_ccitt_2d(CCITTBits& bits, const CCITTRow& above, CCITTRow& row, int 
         row.change(a0);
       }
     } else {
-      const int a1 = changes[b1] + mode.value;
+      const int a1 = changes[b1] + mode.value();
       if (a1 < a0 || a1 > columns) return false;
-      bits.skip(mode.length);
+      bits.skip(mode.length());
       a0 = a1;
       row.change(a0);
       // To the left of b1 the change before it may be the next b1, but none before that.
-      b1 += mode.value < 0 && b1 > 0 ? -1 : 1;
+      b1 += mode.value() < 0 && b1 > 0 ? -1 : 1;
     }
     while (changes[b1] <= a0 && changes[b1] < columns) b1 += 2;
   }

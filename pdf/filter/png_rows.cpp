@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "pdf/filter/png_rows.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -8,7 +9,7 @@
 namespace {
 
 // Each byte depends on the one a pixel before it, so a row cannot be done in wide vectors; but the
-// bytes of a pixel can be done at once. Pixels of 3 to 8 bytes are held as eight 16-bit lanes, of
+// bytes of a pixel can be done at once. Pixels of up to 8 bytes are held as eight 16-bit lanes, of
 // which the first Step count; the compiler turns these into the vector unit's own.
 using Lanes = std::int16_t __attribute__((vector_size(16)));
 using Bytes = std::uint8_t __attribute__((vector_size(8)));
@@ -30,25 +31,27 @@ Lanes abs_of(Lanes v) {
   return (v ^ negative) - negative;
 }
 
+Lanes choose(Lanes condition, Lanes yes, Lanes no) { return (condition & yes) | (~condition & no); }
+
 // PNG, 9.4: whichever of left, above and corner is nearest to left + above - corner, the earlier
-// one where two are.
+// one where two are. Corner is compared with the nearer of the other two, which is the same thing
+// with a shorter way from left to the result, on which every pixel waits for the one before it.
 Lanes paeth(Lanes left, Lanes above, Lanes corner) {
   const Lanes to_left = above - corner;
   const Lanes to_above = left - corner;
   const Lanes a = abs_of(to_left);
   const Lanes b = abs_of(to_above);
   const Lanes c = abs_of(to_left + to_above);
-  const Lanes take_left = (a <= b) & (a <= c);
-  const Lanes take_above = ~take_left & (b <= c);
-  return (take_left & left) | (take_above & above) | (~take_left & ~take_above & corner);
+  const Lanes take_above = b < a;
+  return choose(choose(take_above, b, a) > c, corner, choose(take_above, above, left));
 }
 
 int paeth(int left, int above, int corner) {
   const int a = std::abs(above - corner);
   const int b = std::abs(left - corner);
   const int c = std::abs(left + above - 2 * corner);
-  const int other = b <= c ? above : corner;
-  return a <= b && a <= c ? left : other;
+  const int nearer = b < a ? above : left;
+  return std::min(a, b) > c ? corner : nearer;
 }
 
 unsigned char byte(int v) { return static_cast<unsigned char>(v); }
@@ -107,7 +110,7 @@ void undo_paeth(unsigned char* row, const unsigned char* above, int i, int n, in
   }
 }
 
-// Gray rows: the byte before and the corner stay in registers.
+// Gray rows, where one lane would be slower than a byte.
 
 void undo_sub_gray(unsigned char* row, int n) {
   unsigned char left = 0;
@@ -117,17 +120,6 @@ void undo_sub_gray(unsigned char* row, int n) {
 void undo_average_gray(unsigned char* row, const unsigned char* above, int n) {
   int left = 0;
   for (int i = 0; i < n; ++i) row[i] = byte(left = (row[i] + (left + above[i]) / 2) & 255);
-}
-
-void undo_paeth_gray(unsigned char* row, const unsigned char* above, int n) {
-  int left = 0;
-  int corner = 0;
-  for (int i = 0; i < n; ++i) {
-    const int up = above[i];
-    left = (row[i] + paeth(left, up, corner)) & 255;
-    corner = up;
-    row[i] = byte(left);
-  }
 }
 
 template <int Step>
@@ -151,7 +143,7 @@ void undo_gray(int type, unsigned char* row, const unsigned char* above, int n) 
   } else if (type == 3) {
     undo_average_gray(row, above, n);
   } else {
-    undo_paeth_gray(row, above, n);
+    undo_paeth_lanes<1>(row, above, n);
   }
 }
 
@@ -175,6 +167,8 @@ void undo_png_row(int type, unsigned char* row, const unsigned char* above, int 
   switch (step) {
     case 1:
       return undo_gray(type, row, above, n);
+    case 2:
+      return undo_lanes<2>(type, row, above, n);
     case 3:
       return undo_lanes<3>(type, row, above, n);
     case 4:
