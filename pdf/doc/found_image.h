@@ -11,7 +11,8 @@ class CPDFDictionary;
 
 enum class CPDFImageKind { image, stencil, mask, smask, inline_image };
 
-/// Where a page paints an image.
+/// Where a page paints an image, in points (1/72 inch) from the lower left corner of its crop box,
+/// the page not turned. A tiling pattern's image has the placement of one cell.
 struct CPDFPlacement {
   int page = 0;                       ///< 1-based.
   std::array<double, 6> matrix = {};  ///< From the unit square to points.
@@ -45,8 +46,8 @@ struct CPDFFoundImage {
   int components = 0;
   std::vector<std::string> filters;  ///< Full names in the order of decoding.
   bool interpolate = false;
-  std::int64_t bytes = 0;  ///< Encoded bytes.
-  std::vector<CPDFPlacement> placements;
+  std::int64_t bytes = 0;                 ///< Encoded bytes.
+  std::vector<CPDFPlacement> placements;  ///< Up to half a million, of all images together.
 
   std::shared_ptr<const CPDFInlineImage> inline_image;  ///< Set for an inline image only.
 };
