@@ -228,6 +228,35 @@ TEST_F(Tool, JsonTellsEveryFact) {
   }
 }
 
+TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
+  PdfFile pdf;
+  const int mask = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x40\xFF");
+  const int gray = pdf.add_image(
+      1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8 /SMask " + std::to_string(mask) + " 0 R",
+      "\x10\x20");
+  pdf.add_page({gray}, "BI /W 1 /H 1 /BPC 8 /CS /G ID \x80 EI\n");
+  write_file(path("masks.pdf"), pdf.text());
+
+  const auto lines = json_lines(run({"list", "--json", "masks.pdf"}).out);
+  ASSERT_EQ(lines.size(), 3u);
+  const char* const kinds[] = {"image", "smask", "inline"};
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(lines[i]["kind"].string, kinds[i]);
+  EXPECT_EQ(lines[0]["mask_of"].type, 'n');
+  EXPECT_EQ(lines[1]["mask_of"].number, gray);
+  EXPECT_EQ(lines[2]["object"].number, 0);
+  ASSERT_EQ(lines[0]["placements"].items.size(), 1u);
+  EXPECT_EQ(lines[0]["placements"].items[0]["ppi"].items[1].number, 2);
+
+  ASSERT_EQ(run({"extract", "masks.pdf", "-o", "out"}).exit_code, 0);
+  EXPECT_EQ(files_in("out"), (Words{"0001-001-o2.png", "0001-003-inline.png"}));
+  const PngReader png(file_content(path("out/0001-001-o2.png")));
+  EXPECT_EQ(png.rows, "\x10\x40\x20\xFF");
+  // One and two pixels an inch, told in pixels a metre.
+  EXPECT_EQ(png.resolution, std::string("\0\0\0\x27\0\0\0\x4F\1", 9));
+  EXPECT_EQ(run({"extract", "masks.pdf", "-o", "out", "--kind", "mask"}).exit_code, 0);
+  EXPECT_EQ(PngReader(file_content(path("out/0001-002-o1.png"))).rows, "\x40\xFF");
+}
+
 TEST_F(Tool, SeveralFilesEndWithALineEach) {
   const ProgramRun ran =
       run({"extract", "--json", "short.pdf", "text.pdf", "good.pdf", "-o", "out"});

@@ -2,8 +2,10 @@
 #include "pdf/doc/png_writer.h"
 
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "tests/support/memory_sink.h"
 #include "tests/support/png_reader.h"
@@ -100,6 +102,23 @@ TEST(PngWriterResolution, IsToldInPixelsAMetre) {
     CPDFRasterInfo info{2, 1, CPDFPixelFormat::gray8, 8, {}, c.x, c.y};
     ASSERT_TRUE(write_png(sink, info, "ab"));
     EXPECT_EQ(PngReader(sink.text).resolution, c.data) << c.x;
+  }
+}
+
+TEST(PngWriterBytes, DoNotDependOnWhereTheEncoderLies) {
+  const CPDFRasterInfo info{4, 4, CPDFPixelFormat::gray8, 8, {}, 0, 0};
+  const std::string rows(16, '\x27');
+  MemorySink first;
+  ASSERT_TRUE(write_png(first, info, rows));
+  // Writers that stay alive keep their memory, so each of these lies elsewhere.
+  std::vector<std::unique_ptr<CPDFPngWriter>> writers;
+  MemorySink ignored;
+  for (int i = 0; i < 150; ++i) {
+    writers.push_back(std::make_unique<CPDFPngWriter>(ignored));
+    ASSERT_TRUE(writers.back()->begin(info));
+    MemorySink again;
+    ASSERT_TRUE(write_png(again, info, rows));
+    ASSERT_TRUE(again.text == first.text) << i;
   }
 }
 
