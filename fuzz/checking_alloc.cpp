@@ -39,9 +39,7 @@ void* KXRealloc(void* ptr, std::size_t size) {
   void* block = std::realloc(ptr, size != 0 ? size : 1);
   if (block == nullptr) return nullptr;
   if (ptr == nullptr) ++live;
-  if (size > old_size) {
-    std::memset(static_cast<unsigned char*>(block) + old_size, fill_byte, size - old_size);
-  }
+  if (size > old_size) { std::memset(static_cast<unsigned char*>(block) + old_size, fill_byte, size - old_size); }
   return block;
 }
 

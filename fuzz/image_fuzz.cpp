@@ -33,8 +33,7 @@ CPDFCSBase* CPDFCSBase::parser_cs(const CPDFObj* entry, CPDFXRefTable*) {
   return nullptr;
 }
 
-CPDFStream* CPDFStream::make_inline_stream(unsigned char* data, int len, const char* filter,
-                                           const CPDFDictionary*) {
+CPDFStream* CPDFStream::make_inline_stream(unsigned char* data, int len, const char* filter, const CPDFDictionary*) {
   return filter == nullptr ? new (std::nothrow) CPDFStream(data, len, 1) : nullptr;
 }
 
@@ -64,11 +63,8 @@ struct Options {
 
 class ShortStream : public CPDFStream {
  public:
-  ShortStream(unsigned char* bytes, int count, int short_row)
-      : CPDFStream(bytes, count, 1), reads_to_short_(short_row) {}
-  int read_block(void* dst, int n) override {
-    return CPDFStream::read_block(dst, reads_to_short_-- == 0 ? n / 2 : n);
-  }
+  ShortStream(unsigned char* bytes, int count, int short_row) : CPDFStream(bytes, count, 1), reads_to_short_(short_row) {}
+  int read_block(void* dst, int n) override { return CPDFStream::read_block(dst, reads_to_short_-- == 0 ? n / 2 : n); }
 
  private:
   int reads_to_short_;
@@ -76,8 +72,7 @@ class ShortStream : public CPDFStream {
 
 class Table : public CPDFXRefTable {
  public:
-  Table(std::vector<unsigned char> samples, int short_row)
-      : samples_(std::move(samples)), short_row_(short_row) {}
+  Table(std::vector<unsigned char> samples, int short_row) : samples_(std::move(samples)), short_row_(short_row) {}
   int get_entity(CPDFObj&, const PDF_REF&) override { return 0; }
   CPDFStream* make_stream(const CPDFStreamRec*) override {
     const int n = static_cast<int>(samples_.size());
@@ -93,8 +88,7 @@ void set_int(CPDFDictionary& dict, const char* key, int value) {
   if (CPDFObj* entry = dict.set(key)) entry->set_int(value);
 }
 
-void set_numbers(CPDFDictionary& dict, const char* key, const std::array<int, 8>& values,
-                 bool unit) {
+void set_numbers(CPDFDictionary& dict, const char* key, const std::array<int, 8>& values, bool unit) {
   CPDFObj* entry = dict.set(key);
   CPDFArray* array = entry != nullptr ? entry->set_array() : nullptr;
   if (array == nullptr) return;
@@ -142,8 +136,7 @@ void add(std::string& result, const CKXBmp* bmp) {
   result += bmp == nullptr ? '-' : '+';
   if (bmp == nullptr) return;
   require(bmp->pixels != nullptr && bmp->width > 0 && bmp->height > 0 && bmp->stride > 0);
-  result.append(reinterpret_cast<const char*>(bmp->pixels),
-                static_cast<std::size_t>(bmp->stride) * static_cast<std::size_t>(bmp->height));
+  result.append(reinterpret_cast<const char*>(bmp->pixels), static_cast<std::size_t>(bmp->stride) * static_cast<std::size_t>(bmp->height));
 }
 
 // The reduced decoders, which get_bmp() chooses for images far beyond max_size only.
@@ -153,19 +146,16 @@ struct Reduced {
   int shift;
 };
 constexpr Reduced reduced[] = {
-    {&CPDFImage::load_bmp_from1_half, 1},  {&CPDFImage::load_bmp_from1_4in1, 2},
-    {&CPDFImage::load_bmp_from2_half, 1},  {&CPDFImage::load_bmp_from2_4in1, 2},
-    {&CPDFImage::load_bmp_from4_half, 1},  {&CPDFImage::load_bmp_from4_4in1, 2},
-    {&CPDFImage::load_bmp_from8_half, 1},  {&CPDFImage::load_bmp_from8_4in1, 2},
-    {&CPDFImage::load_bmp_from24_half, 1}, {&CPDFImage::load_bmp_from24_4in1, 2},
-    {&CPDFImage::load_bmp_from32_half, 1}, {&CPDFImage::load_bmp_from32_4in1, 2},
+    {&CPDFImage::load_bmp_from1_half, 1},  {&CPDFImage::load_bmp_from1_4in1, 2},  {&CPDFImage::load_bmp_from2_half, 1},
+    {&CPDFImage::load_bmp_from2_4in1, 2},  {&CPDFImage::load_bmp_from4_half, 1},  {&CPDFImage::load_bmp_from4_4in1, 2},
+    {&CPDFImage::load_bmp_from8_half, 1},  {&CPDFImage::load_bmp_from8_4in1, 2},  {&CPDFImage::load_bmp_from24_half, 1},
+    {&CPDFImage::load_bmp_from24_4in1, 2}, {&CPDFImage::load_bmp_from32_half, 1}, {&CPDFImage::load_bmp_from32_4in1, 2},
 };
 
 void run_reduced(CPDFImage& image, const Reduced& how, std::string& result) {
   if (image.width < 1 || image.height < 1 || image.stream == nullptr) return;
   const int up = (1 << how.shift) - 1;
-  auto bmp =
-      std::make_unique<CKXBmp32>((image.width + up) >> how.shift, (image.height + up) >> how.shift);
+  auto bmp = std::make_unique<CKXBmp32>((image.width + up) >> how.shift, (image.height + up) >> how.shift);
   if (bmp->pixels == nullptr) return;
   image.bmp = bmp.release();
   (image.*how.decode)();
@@ -204,10 +194,7 @@ std::string run(const Options& options, const FuzzInput& rest, unsigned char fil
         if (image.smask != nullptr) add(result, image.smask->get_smask());
         break;
       default:
-        run_reduced(image,
-                    reduced[static_cast<std::size_t>(options.request) / 6 %
-                            (sizeof reduced / sizeof *reduced)],
-                    result);
+        run_reduced(image, reduced[static_cast<std::size_t>(options.request) / 6 % (sizeof reduced / sizeof *reduced)], result);
         break;
     }
     image.unload();

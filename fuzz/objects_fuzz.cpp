@@ -30,8 +30,7 @@ bool equal(const CPDFObj& a, const CPDFObj& b);
 bool equal(const CPDFDictionary& a, const CPDFDictionary& b) {
   if (a.count != b.count) return false;
   for (int i = 0; i < a.count; ++i) {
-    if (std::strcmp(CPDFDictionary::key_of(a.items[i]), CPDFDictionary::key_of(b.items[i])) != 0 ||
-        !equal(*a.items[i], *b.items[i])) {
+    if (std::strcmp(CPDFDictionary::key_of(a.items[i]), CPDFDictionary::key_of(b.items[i])) != 0 || !equal(*a.items[i], *b.items[i])) {
       return false;
     }
   }
@@ -56,8 +55,7 @@ bool equal(const CPDFObj& a, const CPDFObj& b) {
       return a.dict() != b.dict() && equal(*a.dict(), *b.dict());
     case PDF_STREAM:
       return a.stream() != b.stream() && equal(a.stream()->dict, b.stream()->dict) &&
-             std::memcmp(a.stream()->location, b.stream()->location, sizeof a.stream()->location) ==
-                 0;
+             std::memcmp(a.stream()->location, b.stream()->location, sizeof a.stream()->location) == 0;
     default:
       return a.value == b.value;
   }
@@ -65,8 +63,7 @@ bool equal(const CPDFObj& a, const CPDFObj& b) {
 
 void require_sorted(const CPDFDictionary& dict) {
   for (int i = 1; i < dict.count; ++i) {
-    require(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]),
-                        CPDFDictionary::key_of(dict.items[i])) < 0);
+    require(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]), CPDFDictionary::key_of(dict.items[i])) < 0);
   }
 }
 

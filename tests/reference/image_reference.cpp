@@ -11,17 +11,15 @@ using Bytes = std::vector<unsigned char>;
 /// `count` bits from bit `first` on, most significant first.
 int bits_at(const Bytes& row, long first, int count) {
   int value = 0;
-  for (long i = first; i < first + count; ++i) {
-    value = value * 2 + (row[static_cast<size_t>(i / 8)] >> (7 - i % 8) & 1);
-  }
+  for (long i = first; i < first + count; ++i) { value = value * 2 + (row[static_cast<size_t>(i / 8)] >> (7 - i % 8) & 1); }
   return value;
 }
 
 int ceil_div(int n, int by) { return (n + by - 1) / by; }
 
 /// Reads rows as a decoder must, each kept one into a bitmap row; `put(row, out)` makes its pixels.
-Bytes walk(const CPDFImage& image, int step, int stride, int row_bits, bool drops_after_last,
-           CPDFStream& stream, const std::function<void(const Bytes&, unsigned char*)>& put) {
+Bytes walk(const CPDFImage& image, int step, int stride, int row_bits, bool drops_after_last, CPDFStream& stream,
+           const std::function<void(const Bytes&, unsigned char*)>& put) {
   const int row_bytes = ceil_div(row_bits, 8);
   const int rows = ceil_div(image.height, step);
   Bytes row(static_cast<size_t>(row_bytes));
@@ -35,9 +33,7 @@ Bytes walk(const CPDFImage& image, int step, int stride, int row_bits, bool drop
   return bitmap;
 }
 
-bool falls(const CPDFImage& image, int i) {
-  return image.has_decode != 0 && image.decode_min[i] > image.decode_max[i];
-}
+bool falls(const CPDFImage& image, int i) { return image.has_decode != 0 && image.decode_min[i] > image.decode_max[i]; }
 
 /// The components of the pixel at sample x, for colour or for gray.
 PDF_COLOR color_at(const CPDFImage& image, const Bytes& row, int x, bool is_gray) {
@@ -73,28 +69,27 @@ Bytes image_reference::color(const CPDFImage& image, int step, CPDFStream& strea
   const int n = image.bpc * image.cs->comp_count;
   const bool keyed = image.has_mask != 0 && image.mask == nullptr;
   const int lo = image.mask_min.val[0], hi = image.mask_max.val[0];
-  return walk(image, step, 4 * ceil_div(image.width, step), n * image.width, false, stream,
-              [&](const Bytes& row, unsigned char* out) {
-                for (int x = 0; x < image.width; x += step, out += 4) {
-                  const PDF_COLOR color = color_at(image, row, x, false);
-                  _KXRGBA pixel = {};
-                  image.cs->get_rgb(color, pixel);
-                  pixel.a = 255;
-                  const int family = image.cs->family;
-                  if (n == 24 && step > 1 && (family == 3 || family == 4)) {
-                    const size_t at = static_cast<size_t>(x) * 3;
-                    pixel = {row[at + 2], row[at + 1], row[at], 255};
-                  }
-                  if (keyed && image.bpc <= 8 && (n == 4 || n == 8)) {
-                    const int value = bits_at(row, static_cast<long>(x) * n, n);
-                    const bool in = lo <= value && value <= hi;
-                    const bool turned = n == 8 && hi >= 0 && hi <= value && value <= lo;
-                    if (in || turned) pixel = {};
-                  }
-                  const unsigned char bytes[] = {pixel.b, pixel.g, pixel.r, pixel.a};
-                  std::copy(bytes, bytes + 4, out);
-                }
-              });
+  return walk(image, step, 4 * ceil_div(image.width, step), n * image.width, false, stream, [&](const Bytes& row, unsigned char* out) {
+    for (int x = 0; x < image.width; x += step, out += 4) {
+      const PDF_COLOR color = color_at(image, row, x, false);
+      _KXRGBA pixel = {};
+      image.cs->get_rgb(color, pixel);
+      pixel.a = 255;
+      const int family = image.cs->family;
+      if (n == 24 && step > 1 && (family == 3 || family == 4)) {
+        const size_t at = static_cast<size_t>(x) * 3;
+        pixel = {row[at + 2], row[at + 1], row[at], 255};
+      }
+      if (keyed && image.bpc <= 8 && (n == 4 || n == 8)) {
+        const int value = bits_at(row, static_cast<long>(x) * n, n);
+        const bool in = lo <= value && value <= hi;
+        const bool turned = n == 8 && hi >= 0 && hi <= value && value <= lo;
+        if (in || turned) pixel = {};
+      }
+      const unsigned char bytes[] = {pixel.b, pixel.g, pixel.r, pixel.a};
+      std::copy(bytes, bytes + 4, out);
+    }
+  });
 }
 
 void image_reference::clear_key(const CPDFImage& image, Bytes& bitmap) {
@@ -102,20 +97,14 @@ void image_reference::clear_key(const CPDFImage& image, Bytes& bitmap) {
   _KXRGBA a = {}, b = {};
   image.cs->get_rgb(image.mask_min, a);
   image.cs->get_rgb(image.mask_max, b);
-  const auto between = [](int v, int p, int q) {
-    return std::min(p, q) <= v && v <= std::max(p, q);
-  };
+  const auto between = [](int v, int p, int q) { return std::min(p, q) <= v && v <= std::max(p, q); };
   for (size_t i = 0; i < bitmap.size(); i += 4) {
-    if (between(bitmap[i], a.b, b.b) && between(bitmap[i + 1], a.g, b.g) &&
-        between(bitmap[i + 2], a.r, b.r)) {
-      bitmap[i + 3] = 0;
-    }
+    if (between(bitmap[i], a.b, b.b) && between(bitmap[i + 1], a.g, b.g) && between(bitmap[i + 2], a.r, b.r)) { bitmap[i + 3] = 0; }
   }
 }
 
 Bytes image_reference::gray(const CPDFImage& image, CPDFStream& stream) {
-  return walk(image, 1, ceil_div(2 * image.width, 4) * 4,
-              image.bpc * image.cs->comp_count * image.width, false, stream,
+  return walk(image, 1, ceil_div(2 * image.width, 4) * 4, image.bpc * image.cs->comp_count * image.width, false, stream,
               [&](const Bytes& row, unsigned char* out) {
                 for (int x = 0; x < image.width; ++x) {
                   image.cs->get_gray(color_at(image, row, x, true), out[2 * x]);
@@ -125,43 +114,33 @@ Bytes image_reference::gray(const CPDFImage& image, CPDFStream& stream) {
 }
 
 Bytes image_reference::bits(const CPDFImage& image, int zero, int one, CPDFStream& stream) {
-  return walk(image, 1, image.width, image.width, false, stream,
-              [&](const Bytes& row, unsigned char* out) {
-                for (int x = 0; x < image.width; ++x) {
-                  out[x] = static_cast<unsigned char>(bits_at(row, x, 1) != 0 ? one : zero);
-                }
-              });
+  return walk(image, 1, image.width, image.width, false, stream, [&](const Bytes& row, unsigned char* out) {
+    for (int x = 0; x < image.width; ++x) { out[x] = static_cast<unsigned char>(bits_at(row, x, 1) != 0 ? one : zero); }
+  });
 }
 
 /// A short row that is not complemented is read into the bitmap itself: its rest stays 0.
 Bytes image_reference::bytes(const CPDFImage& image, bool complement, CPDFStream& stream) {
   Bytes bitmap(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
   if (complement) {
-    return walk(image, 1, image.width, 8 * image.width, false, stream,
-                [&](const Bytes& row, unsigned char* out) {
-                  for (const unsigned char v : row) *out++ = static_cast<unsigned char>(255 - v);
-                });
+    return walk(image, 1, image.width, 8 * image.width, false, stream, [&](const Bytes& row, unsigned char* out) {
+      for (const unsigned char v : row) *out++ = static_cast<unsigned char>(255 - v);
+    });
   }
-  for (int y = image.height - 1; y >= 0; --y) {
-    stream.read_block(bitmap.data() + y * image.width, image.width);
-  }
+  for (int y = image.height - 1; y >= 0; --y) { stream.read_block(bitmap.data() + y * image.width, image.width); }
   return bitmap;
 }
 
 Bytes image_reference::mono(const CPDFImage& image, int step, CPDFStream& stream) {
   if (image.bpc == 8 && step == 1) return bytes(image, false, stream);
-  return walk(image, step, ceil_div(image.width, step), image.bpc * image.width, true, stream,
-              [&](const Bytes& row, unsigned char* out) {
-                for (int x = 0; x < image.width; x += step) {
-                  // Only the first bit of a group counts in the part byte at the row's end.
-                  const bool part_byte = image.bpc == 1 && x / 8 == image.width / 8;
-                  const int group = part_byte ? 1 : std::min(step, image.width - x);
-                  int sum = 0;
-                  for (int i = 0; i < group; ++i) {
-                    sum += image.bpc == 1 ? 255 * bits_at(row, x + i, 1)
-                                          : bits_at(row, 8 * (x + i), 8);
-                  }
-                  *out++ = static_cast<unsigned char>(sum / group);
-                }
-              });
+  return walk(image, step, ceil_div(image.width, step), image.bpc * image.width, true, stream, [&](const Bytes& row, unsigned char* out) {
+    for (int x = 0; x < image.width; x += step) {
+      // Only the first bit of a group counts in the part byte at the row's end.
+      const bool part_byte = image.bpc == 1 && x / 8 == image.width / 8;
+      const int group = part_byte ? 1 : std::min(step, image.width - x);
+      int sum = 0;
+      for (int i = 0; i < group; ++i) { sum += image.bpc == 1 ? 255 * bits_at(row, x + i, 1) : bits_at(row, 8 * (x + i), 8); }
+      *out++ = static_cast<unsigned char>(sum / group);
+    }
+  });
 }

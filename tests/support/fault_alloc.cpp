@@ -62,6 +62,4 @@ void KXFree(void* ptr) {
   std::free(ptr);
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return fails_now() ? nullptr : ::operator new(size);
-}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return fails_now() ? nullptr : ::operator new(size); }

@@ -19,8 +19,7 @@ CPDFCSBase* CPDFCSBase::parser_cs(const CPDFObj* entry, CPDFXRefTable* xref) {
   return parse ? parse(entry, xref) : nullptr;
 }
 
-CPDFStream* CPDFStream::make_inline_stream(unsigned char* data, int len, const char* filter,
-                                           const CPDFDictionary* parms) {
+CPDFStream* CPDFStream::make_inline_stream(unsigned char* data, int len, const char* filter, const CPDFDictionary* parms) {
   const auto& make = image_seams().inline_stream;
   return make ? make(data, len, filter, parms) : nullptr;
 }

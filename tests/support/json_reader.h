@@ -70,8 +70,7 @@ class JsonReader {
     JsonValue result;
     result.type = 'd';
     const std::size_t start = at_;
-    while (peek() != '\0' && std::string("+-.eE0123456789").find(peek()) != std::string::npos)
-      ++at_;
+    while (peek() != '\0' && std::string("+-.eE0123456789").find(peek()) != std::string::npos) ++at_;
     const std::string digits = text_.substr(start, at_ - start);
     char* end = nullptr;
     result.number = std::strtod(digits.c_str(), &end);

@@ -18,9 +18,7 @@ class PdfBuilder {
     return static_cast<int>(objects_.size());
   }
 
-  void set(int number, const std::string& body) {
-    objects_[static_cast<std::size_t>(number) - 1] = body;
-  }
+  void set(int number, const std::string& body) { objects_[static_cast<std::size_t>(number) - 1] = body; }
 
   int add(const std::string& body) {
     const int number = reserve();
@@ -36,14 +34,12 @@ class PdfBuilder {
   }
 
   void set_stream(int number, const std::string& entries, const std::string& data) {
-    set(number, "<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" +
-                    data + "\nendstream");
+    set(number, "<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream");
   }
 
   /// A gray image of `width` x `height` samples at 8 bits, all of them 'x'.
   int add_image(int width, int height, const std::string& entries = "") {
-    return add_stream("/Type /XObject /Subtype /Image /Width " + std::to_string(width) +
-                          " /Height " + std::to_string(height) +
+    return add_stream("/Type /XObject /Subtype /Image /Width " + std::to_string(width) + " /Height " + std::to_string(height) +
                           " /ColorSpace /DeviceGray /BitsPerComponent 8 " + entries,
                       std::string(static_cast<std::size_t>(width * height), 'x'));
   }
@@ -60,14 +56,13 @@ class PdfBuilder {
   }
 
   /// A page of 600 x 800 points.
-  int add_page(const std::string& resources, const std::string& content,
-               const std::string& entries = "") {
+  int add_page(const std::string& resources, const std::string& content, const std::string& entries = "") {
     return add_page_of(resources, add_stream("", content), entries);
   }
 
   int add_page_of(const std::string& resources, int contents, const std::string& entries = "") {
-    pages_.push_back(add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 600 800] /Contents " +
-                         ref(contents) + " /Resources << " + resources + " >> " + entries + " >>"));
+    pages_.push_back(add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 600 800] /Contents " + ref(contents) + " /Resources << " + resources +
+                         " >> " + entries + " >>"));
     return pages_.back();
   }
 
@@ -87,8 +82,8 @@ class PdfBuilder {
       file += std::to_string(i + 1) + " 0 obj\n" + objects_[i] + "\nendobj\n";
     }
     const std::string size = std::to_string(objects_.size() + 1);
-    return file + "xref\n0 " + size + "\n" + table + "trailer\n<< /Size " + size +
-           " /Root 1 0 R >>\nstartxref\n" + std::to_string(file.size()) + "\n%%EOF\n";
+    return file + "xref\n0 " + size + "\n" + table + "trailer\n<< /Size " + size + " /Root 1 0 R >>\nstartxref\n" +
+           std::to_string(file.size()) + "\n%%EOF\n";
   }
 
  private:

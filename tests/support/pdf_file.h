@@ -16,15 +16,13 @@ class PdfFile {
 
   /// `entries` are those of the dictionary but for Length.
   int add_stream(const std::string& entries, const std::string& data) {
-    return add("<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" +
-               data + "\nendstream");
+    return add("<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream");
   }
 
   /// An unfiltered image XObject, or whatever `entries` make of it.
   int add_image(int width, int height, const std::string& entries, const std::string& data) {
-    return add_stream("/Type /XObject /Subtype /Image /Width " + std::to_string(width) +
-                          " /Height " + std::to_string(height) + " " + entries,
-                      data);
+    return add_stream(
+        "/Type /XObject /Subtype /Image /Width " + std::to_string(width) + " /Height " + std::to_string(height) + " " + entries, data);
   }
 
   /// A page that paints the given images, each on 72 x 72 points, and then `content`.
@@ -46,8 +44,7 @@ class PdfFile {
   std::string text() {
     std::string kids;
     for (const int page : pages_) kids += reference(page) + " ";
-    const int tree =
-        add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages_.size()) + " >>");
+    const int tree = add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages_.size()) + " >>");
     const int root = add("<< /Type /Catalog /Pages " + reference(tree) + " >>");
     std::string file = "%PDF-1.7\n", table;
     for (std::size_t i = 0; i < objects_.size(); ++i) {
@@ -60,9 +57,8 @@ class PdfFile {
       file += std::to_string(i + 1) + " 0 obj\n" + object + "\nendobj\n";
     }
     const std::string size = std::to_string(objects_.size() + 1);
-    return file + "xref\n0 " + size + "\n0000000000 65535 f \n" + table + "trailer << /Size " +
-           size + " /Root " + reference(root) + " >>\nstartxref\n" + std::to_string(file.size()) +
-           "\n%%EOF\n";
+    return file + "xref\n0 " + size + "\n0000000000 65535 f \n" + table + "trailer << /Size " + size + " /Root " + reference(root) +
+           " >>\nstartxref\n" + std::to_string(file.size()) + "\n%%EOF\n";
   }
 
  private:

@@ -121,8 +121,7 @@ class TextXRef : public CPDFXRefTable {
   CPDFStream* make_stream(const CPDFStreamRec* record) override {
     const auto bytes = streams_.find(static_cast<int>(record->location[1]));
     if (bytes == streams_.end()) return nullptr;
-    return new CPDFStream(reinterpret_cast<unsigned char*>(bytes->second.data()),
-                          static_cast<int>(bytes->second.size()), 1);
+    return new CPDFStream(reinterpret_cast<unsigned char*>(bytes->second.data()), static_cast<int>(bytes->second.size()), 1);
   }
 
  private:

@@ -32,8 +32,7 @@ struct PngReader {
  private:
   static std::uint32_t number(std::string_view bytes, std::size_t at) {
     std::uint32_t value = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-      value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+    for (std::size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
     return value;
   }
 
@@ -101,9 +100,7 @@ struct PngReader {
     for (std::size_t y = 0; y < height; ++y) {
       filters += data[y * (n + 1)];
       for (std::size_t i = 0; i < n; ++i) {
-        const auto byte_at = [&](std::size_t back, bool there) {
-          return there ? static_cast<unsigned char>(rows[rows.size() - back]) : 0;
-        };
+        const auto byte_at = [&](std::size_t back, bool there) { return there ? static_cast<unsigned char>(rows[rows.size() - back]) : 0; };
         const int left = byte_at(step, i >= step), up = byte_at(n, y > 0);
         const int corner = byte_at(n + step, i >= step && y > 0);
         const int guess[] = {0, left, up, (left + up) / 2, paeth(left, up, corner)};

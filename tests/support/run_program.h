@@ -19,9 +19,7 @@ inline std::string file_content(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline void write_file(const std::filesystem::path& path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
+inline void write_file(const std::filesystem::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
 
 struct ProgramRun {
   int exit_code = -1;  ///< -1 where it was not started or died of a signal.
@@ -29,8 +27,7 @@ struct ProgramRun {
 };
 
 /// Runs a program to its end. Standard output goes to `out_path` where one is given.
-inline ProgramRun run_program(std::vector<std::string> words, const std::string& input = "",
-                              const std::string& out_path = "") {
+inline ProgramRun run_program(std::vector<std::string> words, const std::string& input = "", const std::string& out_path = "") {
   const TemporaryFolder folder;
   const std::string in = folder.path() / "in", err = folder.path() / "err";
   const std::string out = out_path.empty() ? (folder.path() / "out").string() : out_path;
@@ -48,8 +45,7 @@ inline ProgramRun run_program(std::vector<std::string> words, const std::string&
   ProgramRun run;
   pid_t pid = 0;
   int status = 0;
-  const int spawned =
-      posix_spawn(&pid, words[0].c_str(), &files, nullptr, arguments.data(), environ);
+  const int spawned = posix_spawn(&pid, words[0].c_str(), &files, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&files);
   if (spawned != 0 || ::waitpid(pid, &status, 0) != pid) return run;
   if (WIFEXITED(status)) run.exit_code = WEXITSTATUS(status);

@@ -32,18 +32,14 @@ struct ReadScript {
     log.push_back(n);
     const int call = calls++;
     const int claim = answer(call, n);
-    for (int i = 0; i < std::min(claim, n); ++i) {
-      static_cast<unsigned char*>(dst)[i] = sample_byte(seed, call, i);
-    }
+    for (int i = 0; i < std::min(claim, n); ++i) { static_cast<unsigned char*>(dst)[i] = sample_byte(seed, call, i); }
     return claim;
   }
 };
 
 class ScriptedStream : public CPDFStream {
  public:
-  ScriptedStream(StreamLog& log, ReadScript script) : log_(log), script_(std::move(script)) {
-    ++log_.live;
-  }
+  ScriptedStream(StreamLog& log, ReadScript script) : log_(log), script_(std::move(script)) { ++log_.live; }
   ~ScriptedStream() override { --log_.live; }
   int read_block(void* dst, int n) override { return script_.run(log_.reads, dst, n); }
 
@@ -54,8 +50,7 @@ class ScriptedStream : public CPDFStream {
 
 class ScriptedJpxStream : public CPDFStreamJPX {
  public:
-  ScriptedJpxStream(StreamLog& log, ReadScript color, ReadScript alpha)
-      : log_(log), color_(std::move(color)), alpha_(std::move(alpha)) {
+  ScriptedJpxStream(StreamLog& log, ReadScript color, ReadScript alpha) : log_(log), color_(std::move(color)), alpha_(std::move(alpha)) {
     ++log_.live;
   }
   ~ScriptedJpxStream() override { --log_.live; }

@@ -18,9 +18,8 @@ TEST(Names, OfImages) {
 TEST(Names, FoldersStayApartAndInside) {
   FolderNames names;
   const char* const cases[][2] = {
-      {"a.pdf", "a"},         {"x/a.PDF", "a-2"},     {"a-2.pdf", "a-2-2"},
-      {"a", "a-3"},           {"-", "stdin"},         {"..", "file"},
-      {"x/...pdf", "file-2"}, {"a.tar.pdf", "a.tar"}, {"x/", "file-3"},
+      {"a.pdf", "a"}, {"x/a.PDF", "a-2"},     {"a-2.pdf", "a-2-2"},   {"a", "a-3"},     {"-", "stdin"},
+      {"..", "file"}, {"x/...pdf", "file-2"}, {"a.tar.pdf", "a.tar"}, {"x/", "file-3"},
   };
   for (const auto& [file, folder] : cases) EXPECT_EQ(names.take(file), folder) << file;
 }

@@ -19,9 +19,7 @@ inline std::vector<std::pair<std::string, std::string>> read_tar(const std::stri
       return ends ? members : decltype(members){{"?", "members after the end"}};
     }
     long sum = 0;
-    for (std::size_t i = 0; i < 512; ++i) {
-      sum += i >= 148 && i < 156 ? ' ' : static_cast<unsigned char>(header[i]);
-    }
+    for (std::size_t i = 0; i < 512; ++i) { sum += i >= 148 && i < 156 ? ' ' : static_cast<unsigned char>(header[i]); }
     if (std::strtol(header.substr(148, 8).c_str(), nullptr, 8) != sum) return {{"?", "checksum"}};
     if (header.compare(257, 8,
                        std::string("ustar\0"
@@ -36,8 +34,7 @@ inline std::vector<std::pair<std::string, std::string>> read_tar(const std::stri
       long_name = content.substr(name_at + 6, content.size() - name_at - 7);
     } else {
       const std::string name = header.substr(0, 100);
-      members.emplace_back(long_name.empty() ? name.substr(0, name.find('\0')) : long_name,
-                           content);
+      members.emplace_back(long_name.empty() ? name.substr(0, name.find('\0')) : long_name, content);
       long_name.clear();
     }
     at += 512 + (size + 511) / 512 * 512;

@@ -25,8 +25,7 @@ TEST(TarWriter, MembersReadBack) {
     ASSERT_TRUE(tar.begin(name, static_cast<std::int64_t>(content.size())));
     // In two pieces, as a file is copied.
     ASSERT_TRUE(tar.write(content.data(), content.size() / 2));
-    ASSERT_TRUE(
-        tar.write(content.data() + content.size() / 2, content.size() - content.size() / 2));
+    ASSERT_TRUE(tar.write(content.data() + content.size() / 2, content.size() - content.size() / 2));
     ASSERT_TRUE(tar.end());
   }
   ASSERT_TRUE(tar.finish());

@@ -25,16 +25,13 @@ const std::string rgb_rows(
     "\1\2\3\4\5\6"
     "abcdef");
 
-int add_rgb(PdfFile& pdf) {
-  return pdf.add_image(2, 2, "/ColorSpace /DeviceRGB /BitsPerComponent 8", rgb_rows);
-}
+int add_rgb(PdfFile& pdf) { return pdf.add_image(2, 2, "/ColorSpace /DeviceRGB /BitsPerComponent 8", rgb_rows); }
 
 // Two pages that share an RGB image; a gray one and a stencil besides.
 std::string good_pdf() {
   PdfFile pdf;
   const int rgb = add_rgb(pdf);
-  const int gray =
-      pdf.add_image(3, 1, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x10\x80\xF0");
+  const int gray = pdf.add_image(3, 1, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x10\x80\xF0");
   const int stencil = pdf.add_image(8, 1, "/ImageMask true /BitsPerComponent 1", "\xF0");
   pdf.add_page({rgb, gray});
   pdf.add_page({rgb, stencil});
@@ -61,8 +58,7 @@ class Tool : public testing::Test {
     pdf.processMemoryFile("plain", plain.data(), plain.size());
     const std::string secret = path("secret.pdf");  // The writer keeps the pointer.
     QPDFWriter writer(pdf, secret.c_str());
-    writer.setR6EncryptionParameters("open", "own", true, true, true, true, true, true,
-                                     qpdf_r3p_full, true);
+    writer.setR6EncryptionParameters("open", "own", true, true, true, true, true, true, qpdf_r3p_full, true);
     writer.write();
   }
 
@@ -105,38 +101,20 @@ TEST_F(Tool, ExitCodesAndMessages) {
       {{"--version"}, 0, ""},
       {{"extract", "--help"}, 0, ""},
       {{"list", "good.pdf"}, 0, ""},
-      {{"extract", "good.pdf", "-o", "out"},
-       0,
-       "3 images written",
-       {"0001-001-o1.png", "0001-002-o2.png", "0002-001-o3.png"}},
-      {{"extract", "-q", "good.pdf", "-o", "out", "-f", "2"},
-       0,
-       "",
-       {"0002-001-o1.png", "0002-002-o3.png"}},
-      {{"extract", "good.pdf", "-o", "out", "--format", "pnm"},
-       0,
-       "",
-       {"0001-001-o1.ppm", "0001-002-o2.pgm", "0002-001-o3.pam"}},
+      {{"extract", "good.pdf", "-o", "out"}, 0, "3 images written", {"0001-001-o1.png", "0001-002-o2.png", "0002-001-o3.png"}},
+      {{"extract", "-q", "good.pdf", "-o", "out", "-f", "2"}, 0, "", {"0002-001-o1.png", "0002-002-o3.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--format", "pnm"}, 0, "", {"0001-001-o1.ppm", "0001-002-o2.pgm", "0002-001-o3.pam"}},
       {{"extract", "good.pdf", "-o", "out", "--format", "pam", "--kind", "mask"},
        0,
        "1 images written, 2 passed over",
        {"0002-001-o3.pam"}},
       {{"extract", "good.pdf", "-o", "out", "--kind", "mono"}, 0, "", {"0001-002-o2.png"}},
-      {{"extract", "good.pdf", "-o", "out", "--kind", "gray"},
-       0,
-       "",
-       {"0001-001-o1.png", "0001-002-o2.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "gray"}, 0, "", {"0001-001-o1.png", "0001-002-o2.png"}},
       {{"extract", "good.pdf", "-o", "out", "-f", "9"}, 0, "has no page 9"},
-      {{"extract", "short.pdf", "-o", "out"},
-       1,
-       "short.pdf: page 1, object 1: incomplete: ",
-       {"0001-001-o1.png"}},
+      {{"extract", "short.pdf", "-o", "out"}, 1, "short.pdf: page 1, object 1: incomplete: ", {"0001-001-o1.png"}},
       {{"extract", "empty.pdf", "-o", "out"}, 1, "page 1, object 1: "},
       {{"extract", "foreign.pdf", "-o", "out"}, 1, "foreign.pdf: page 1, object 1: "},
-      {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"},
-       1,
-       "object 1: its 2 x 2 pixels",
-       {"0001-002-o2.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"}, 1, "object 1: its 2 x 2 pixels", {"0001-002-o2.png"}},
       {{}, 2, "Try"},
       {{"extract", "good.pdf"}, 2, "--output"},
       {{"extract", "good.pdf", "-o", "out", "--kind", "gold"}, 2, "gold"},
@@ -190,9 +168,8 @@ TEST_F(Tool, PicturesHoldThePixels) {
 }
 
 TEST_F(Tool, JsonTellsEveryFact) {
-  const Words facts = {"page",    "pages",       "object", "generation", "kind",       "image_mask",
-                       "mask_of", "width",       "height", "bpc",        "colorspace", "components",
-                       "filters", "interpolate", "bytes",  "placements"};
+  const Words facts = {"page",   "pages", "object",     "generation", "kind",    "image_mask",  "mask_of", "width",
+                       "height", "bpc",   "colorspace", "components", "filters", "interpolate", "bytes",   "placements"};
   const auto listed = json_lines(run({"list", "--json", "good.pdf"}).out);
   ASSERT_EQ(listed.size(), 3u);
   for (const JsonValue& line : listed) EXPECT_EQ(line.keys, facts);
@@ -231,9 +208,7 @@ TEST_F(Tool, JsonTellsEveryFact) {
 TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
   PdfFile pdf;
   const int mask = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x40\xFF");
-  const int gray = pdf.add_image(
-      1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8 /SMask " + std::to_string(mask) + " 0 R",
-      "\x10\x20");
+  const int gray = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8 /SMask " + std::to_string(mask) + " 0 R", "\x10\x20");
   pdf.add_page({gray}, "BI /W 1 /H 1 /BPC 8 /CS /G ID \x80 EI\n");
   write_file(path("masks.pdf"), pdf.text());
 
@@ -258,11 +233,9 @@ TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
 }
 
 TEST_F(Tool, SeveralFilesEndWithALineEach) {
-  const ProgramRun ran =
-      run({"extract", "--json", "short.pdf", "text.pdf", "good.pdf", "-o", "out"});
+  const ProgramRun ran = run({"extract", "--json", "short.pdf", "text.pdf", "good.pdf", "-o", "out"});
   EXPECT_EQ(ran.exit_code, 3);
-  EXPECT_EQ(files_in("out"), (Words{"good/0001-001-o1.png", "good/0001-002-o2.png",
-                                    "good/0002-001-o3.png", "short/0001-001-o1.png"}));
+  EXPECT_EQ(files_in("out"), (Words{"good/0001-001-o1.png", "good/0001-002-o2.png", "good/0002-001-o3.png", "short/0001-001-o1.png"}));
   const auto lines = json_lines(ran.out);
   ASSERT_EQ(lines.size(), 7u);
   const Words summary = {"pdf", "images", "failed", "error"};
@@ -284,9 +257,7 @@ TEST_F(Tool, TarHasTheFilesOfTheFolderAndTheIndexLast) {
   EXPECT_EQ(members.back().first, "index.jsonl");
   EXPECT_EQ(json_lines(members.back().second).size(), 3u);
   members.pop_back();
-  for (const auto& [name, content] : members) {
-    EXPECT_TRUE(content == file_content(path("out/" + name))) << name;
-  }
+  for (const auto& [name, content] : members) { EXPECT_TRUE(content == file_content(path("out/" + name))) << name; }
 }
 
 TEST_F(Tool, BytesDoNotDependOnTheNumberOfThreads) {

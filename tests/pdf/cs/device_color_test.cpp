@@ -61,9 +61,7 @@ TEST(DeviceColor, FieldsAndDefaults) {
     EXPECT_EQ(c.cs->support_op(), c.operation);
     PDF_COLOR color = color_of({9, 9, 9, 9});
     c.cs->get_default_color(color);
-    for (int i = 0; i < 16; ++i) {
-      EXPECT_EQ(color.val[i], i < 3 ? 0 : i == 3 ? c.black : 1000 + i);
-    }
+    for (int i = 0; i < 16; ++i) { EXPECT_EQ(color.val[i], i < 3 ? 0 : i == 3 ? c.black : 1000 + i); }
   }
 }
 
@@ -87,11 +85,9 @@ TEST(DeviceColor, Rgb) {
     int gray;
     std::array<int, 4> cmyk;
   } const cases[] = {
-      {{255, 0, 0}, 76, {0, 255, 255, 0}},      {{0, 255, 0}, 149, {255, 0, 255, 0}},
-      {{0, 0, 255}, 29, {255, 255, 0, 0}},      {{255, 255, 255}, 255, {0, 0, 0, 0}},
-      {{0, 0, 0}, 0, {0, 0, 0, 255}},           {{100, 150, 200}, 140, {100, 50, 0, 55}},
-      {{256, 0, 0}, 76, {0, 0, 0, 255}},        {{-1, 0, 0}, 255, {0, 255, 255, 0}},
-      {{INT_MAX, 0, 0}, 255, {0, 255, 255, 0}},
+      {{255, 0, 0}, 76, {0, 255, 255, 0}},  {{0, 255, 0}, 149, {255, 0, 255, 0}}, {{0, 0, 255}, 29, {255, 255, 0, 0}},
+      {{255, 255, 255}, 255, {0, 0, 0, 0}}, {{0, 0, 0}, 0, {0, 0, 0, 255}},       {{100, 150, 200}, 140, {100, 50, 0, 55}},
+      {{256, 0, 0}, 76, {0, 0, 0, 255}},    {{-1, 0, 0}, 255, {0, 255, 255, 0}},  {{INT_MAX, 0, 0}, 255, {0, 255, 255, 0}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.rgb[0]);
@@ -109,12 +105,10 @@ TEST(DeviceColor, CmykByFormula) {
     Rgb rgb;
     int gray;
   } const cases[] = {
-      {{0, 0, 0, 0}, {254, 254, 254}, 255},    {{255, 0, 0, 0}, {0, 171, 237}, 179},
-      {{0, 255, 0, 0}, {234, 0, 138}, 106},    {{0, 0, 255, 0}, {254, 241, 0}, 226},
-      {{0, 0, 0, 255}, {34, 31, 31}, 0},       {{255, 255, 0, 0}, {45, 48, 144}, 30},
-      {{0, 255, 255, 0}, {235, 27, 35}, 77},   {{255, 0, 255, 0}, {0, 164, 79}, 150},
-      {{255, 255, 255, 0}, {53, 53, 56}, 0},   {{255, 255, 255, 255}, {0, 0, 0}, 0},
-      {{128, 128, 128, 128}, {71, 61, 59}, 0}, {{0, 0, 0, 128}, {143, 141, 141}, 127},
+      {{0, 0, 0, 0}, {254, 254, 254}, 255},  {{255, 0, 0, 0}, {0, 171, 237}, 179},    {{0, 255, 0, 0}, {234, 0, 138}, 106},
+      {{0, 0, 255, 0}, {254, 241, 0}, 226},  {{0, 0, 0, 255}, {34, 31, 31}, 0},       {{255, 255, 0, 0}, {45, 48, 144}, 30},
+      {{0, 255, 255, 0}, {235, 27, 35}, 77}, {{255, 0, 255, 0}, {0, 164, 79}, 150},   {{255, 255, 255, 0}, {53, 53, 56}, 0},
+      {{255, 255, 255, 255}, {0, 0, 0}, 0},  {{128, 128, 128, 128}, {71, 61, 59}, 0}, {{0, 0, 0, 128}, {143, 141, 141}, 127},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.cmyk));
@@ -143,9 +137,7 @@ class Installed {
 };
 
 TEST(DeviceColor, LinearTableGivesTheInks) {
-  auto table = grid_table([](int c, int m, int y, int) {
-    return Rgb{c * 4080, m * 4080, y * 4080};
-  });
+  auto table = grid_table([](int c, int m, int y, int) { return Rgb{c * 4080, m * 4080, y * 4080}; });
   const Installed installed(table);
   CPDFCSDeviceCMYKExt cs;
   for (int v = 0; v < 256; ++v) {
@@ -161,8 +153,7 @@ TEST(DeviceColor, TableNodesAndRounding) {
   const Installed installed(table);
   CPDFCSDeviceCMYKExt cs;
   // At a node the colour is the node's, whatever the nodes round it hold.
-  for (const std::array<int, 4> node :
-       {std::array{16, 16, 16, 16}, {1, 2, 3, 4}, {16, 1, 16, 1}, {1, 1, 1, 16}, {5, 16, 9, 1}}) {
+  for (const std::array<int, 4> node : {std::array{16, 16, 16, 16}, {1, 2, 3, 4}, {16, 1, 16, 1}, {1, 1, 1, 16}, {5, 16, 9, 1}}) {
     const size_t at = grid_entry(node[0], node[1], node[2], node[3]);
     EXPECT_EQ(rgb_of(cs, {16 * node[0] - 1, 16 * node[1] - 1, 16 * node[2] - 1, 16 * node[3] - 1}),
               (Rgb{table[at] >> 8, table[at + 1] >> 8, table[at + 2] >> 8}));
@@ -251,11 +242,9 @@ TEST(DeviceColor, RunsEqualSingleColors) {
   CPDFCSDeviceCMYK cmyk;
   CPDFCSDeviceCMYKExt ext;
   std::array<unsigned char, 256> samples;
-  for (unsigned i = 0; i < samples.size(); ++i) {
-    samples[i] = static_cast<unsigned char>(i * 2654435761u >> 24);
-  }
-  for (CPDFCSBase* cs : {static_cast<CPDFCSBase*>(&gray), static_cast<CPDFCSBase*>(&rgb),
-                         static_cast<CPDFCSBase*>(&cmyk), static_cast<CPDFCSBase*>(&ext)}) {
+  for (unsigned i = 0; i < samples.size(); ++i) { samples[i] = static_cast<unsigned char>(i * 2654435761u >> 24); }
+  for (CPDFCSBase* cs :
+       {static_cast<CPDFCSBase*>(&gray), static_cast<CPDFCSBase*>(&rgb), static_cast<CPDFCSBase*>(&cmyk), static_cast<CPDFCSBase*>(&ext)}) {
     for (int pixels = -1; pixels < 50; ++pixels) {
       SCOPED_TRACE(std::to_string(cs->family) + ", pixels " + std::to_string(pixels));
       const int nbytes = pixels * cs->comp_count;

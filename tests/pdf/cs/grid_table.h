@@ -8,9 +8,7 @@
 
 // Lookup tables for CMYK (pdf/cs/device_cmyk_ext.h) made up for tests.
 
-inline size_t grid_entry(int c, int m, int y, int k) {
-  return static_cast<size_t>((((c * 17 + m) * 17 + y) * 17 + k) * 3);
-}
+inline size_t grid_entry(int c, int m, int y, int k) { return static_cast<size_t>((((c * 17 + m) * 17 + y) * 17 + k) * 3); }
 
 /// A complete table; `color(c, m, y, k)` gives the three entries of a node.
 template <class Color>
@@ -18,8 +16,7 @@ std::vector<unsigned short> grid_table(Color color) {
   std::vector<unsigned short> table;
   table.reserve(17 * 17 * 17 * 17 * 3);
   for (int node = 0; node < 17 * 17 * 17 * 17; ++node) {
-    const std::array<int, 3> rgb =
-        color(node / (17 * 17 * 17), node / (17 * 17) % 17, node / 17 % 17, node % 17);
+    const std::array<int, 3> rgb = color(node / (17 * 17 * 17), node / (17 * 17) % 17, node / 17 % 17, node % 17);
     for (const int entry : rgb) table.push_back(static_cast<unsigned short>(entry));
   }
   return table;

@@ -71,47 +71,38 @@ std::vector<Row> all_rows() {
     const size_t step = size_t{1} << s;
     const std::string suffix = "/" + std::to_string(step);
     const auto rgba = [&](const char* name, size_t in, CPDFRows::Rgba(CPDFRows::*row)[3]) {
-      all.push_back({name + suffix, in, step, 0, 4, [=](auto& rows, auto dst, auto src, size_t n) {
-                       (rows.*row)[s](pixels(dst), src, n);
-                     }});
+      all.push_back(
+          {name + suffix, in, step, 0, 4, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)[s](pixels(dst), src, n); }});
     };
     rgba("rgba_from_gray", 1, &CPDFRows::rgba_from_gray);
     rgba("rgba_from_rgb", 3, &CPDFRows::rgba_from_rgb);
     rgba("rgba_from_cmyk", 4, &CPDFRows::rgba_from_cmyk);
     for (const bool guard_behind : {true, false}) {
       const unsigned short* table = grid(guard_behind);
-      all.push_back({(guard_behind ? "rgba_from_cmyk_grid" : "rgba_from_cmyk_grid_begin") + suffix,
-                     4, step, 0, 4, [=](auto& rows, auto dst, auto src, size_t n) {
-                       rows.rgba_from_cmyk_grid[s](pixels(dst), src, n, table, grid_entries);
-                     }});
+      all.push_back(
+          {(guard_behind ? "rgba_from_cmyk_grid" : "rgba_from_cmyk_grid_begin") + suffix, 4, step, 0, 4,
+           [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_cmyk_grid[s](pixels(dst), src, n, table, grid_entries); }});
     }
-    all.push_back(
-        {"rgba_from_8bit" + suffix, 1, step, 0, 4, [=](auto& rows, auto dst, auto src, size_t n) {
-           rows.rgba_from_8bit[s](pixels(dst), src, n, entries().data());
-         }});
+    all.push_back({"rgba_from_8bit" + suffix, 1, step, 0, 4,
+                   [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_8bit[s](pixels(dst), src, n, entries().data()); }});
   }
   const auto bytes = [&](const char* name, size_t in, size_t out, CPDFRows::Bytes CPDFRows::*row) {
-    all.push_back({name, in, 1, 0, out,
-                   [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n); }});
+    all.push_back({name, in, 1, 0, out, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n); }});
   };
   bytes("gray_from_gray", 1, 2, &CPDFRows::gray_from_gray);
   bytes("gray_from_rgb", 3, 2, &CPDFRows::gray_from_rgb);
   bytes("gray_from_cmyk", 4, 2, &CPDFRows::gray_from_cmyk);
   bytes("average4", 4, 1, &CPDFRows::average4);
   bytes("complement", 1, 1, &CPDFRows::complement);
-  const auto table = [&](const char* name, size_t bits, size_t out,
-                         CPDFRows::BytesTable CPDFRows::*row) {
-    all.push_back({name, 0, 1, bits, out, [=](auto& rows, auto dst, auto src, size_t n) {
-                     (rows.*row)(dst, src, n, &entries()[0].b);
-                   }});
+  const auto table = [&](const char* name, size_t bits, size_t out, CPDFRows::BytesTable CPDFRows::*row) {
+    all.push_back({name, 0, 1, bits, out, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n, &entries()[0].b); }});
   };
   table("gray_from_8bit", 8, 2, &CPDFRows::gray_from_8bit);
   table("bytes_from_8bit", 8, 1, &CPDFRows::bytes_from_8bit);
   table("gray_from_1bit", 1, 2, &CPDFRows::gray_from_1bit);
   table("bytes_from_1bit", 1, 1, &CPDFRows::bytes_from_1bit);
-  all.push_back({"rgba_from_1bit", 0, 1, 1, 4, [=](auto& rows, auto dst, auto src, size_t n) {
-                   rows.rgba_from_1bit(pixels(dst), src, n, entries().data());
-                 }});
+  all.push_back({"rgba_from_1bit", 0, 1, 1, 4,
+                 [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_1bit(pixels(dst), src, n, entries().data()); }});
   return all;
 }
 
@@ -130,8 +121,7 @@ void fill(unsigned char* bytes, size_t count, int way, std::mt19937& random) {
 
 /// Runs `row` twice over a destination of different old bytes and compares with `expected`; the
 /// bytes round the results must stay.
-testing::AssertionResult same(const Row& row, const CPDFRows& rows, unsigned char* dst,
-                              const unsigned char* src, size_t n,
+testing::AssertionResult same(const Row& row, const CPDFRows& rows, unsigned char* dst, const unsigned char* src, size_t n,
                               const std::vector<unsigned char>& expected, size_t margin) {
   for (const int old : {0x5A, 0xA5}) {
     const size_t bytes = n * row.out;
@@ -142,8 +132,7 @@ testing::AssertionResult same(const Row& row, const CPDFRows& rows, unsigned cha
     }
     for (size_t i = 0; i < bytes; ++i) {
       if (dst[i] != expected[i]) {
-        return testing::AssertionFailure() << "byte " << i << ": " << int{dst[i]} << ", expected "
-                                           << int{expected[i]} << ", old " << old;
+        return testing::AssertionFailure() << "byte " << i << ": " << int{dst[i]} << ", expected " << int{expected[i]} << ", old " << old;
       }
     }
   }
@@ -190,8 +179,7 @@ TEST(Rows, EveryPathEqualsScalarAtEveryAlignment) {
         fill(source.data() + offset, size, 3, random);
         row.call(scalar_rows, expected.data(), source.data() + offset, n);
         std::fill(target.begin(), target.end(), static_cast<unsigned char>(0x77));
-        ASSERT_TRUE(
-            same(row, rows, target.data() + 64 + back, source.data() + offset, n, expected, 0))
+        ASSERT_TRUE(same(row, rows, target.data() + 64 + back, source.data() + offset, n, expected, 0))
             << cpu_name(cpu) << ' ' << row.name << ' ' << offset;
         for (size_t i = 0; i < target.size(); ++i) {
           const bool written = i >= 64 + back && i < 64 + back + expected.size();
@@ -224,9 +212,7 @@ TEST(Rows, GrayOfEveryRgb) {
 TEST(Rows, CmykOnADenseGrid) {
   std::vector<unsigned char> levels;
   for (int v = 0; v < 256; ++v) {
-    if (v % 15 == 0 || v < 2 || v > 253 || v == 16 || v == 128) {
-      levels.push_back(static_cast<unsigned char>(v));
-    }
+    if (v % 15 == 0 || v < 2 || v > 253 || v == 16 || v == 128) { levels.push_back(static_cast<unsigned char>(v)); }
   }
   std::vector<unsigned char> source;
   for (const unsigned char m : levels) {

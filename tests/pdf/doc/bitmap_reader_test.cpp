@@ -39,17 +39,15 @@ void expect_picture(const Case& c, CPDFRasterReader* reader) {
 }
 
 TEST(BitmapReader, GivesTheSmallestFormatThatLosesNothing) {
-  const std::string b("\0\0\0\xFF", 4), w("\xFF\xFF\xFF\xFF"), g("\x80\x80\x80\xFF"),
-      clear("\0\0\0\0", 4), tint("\1\2\3\xFF");
+  const std::string b("\0\0\0\xFF", 4), w("\xFF\xFF\xFF\xFF"), g("\x80\x80\x80\xFF"), clear("\0\0\0\0", 4), tint("\1\2\3\xFF");
   const std::string black3("\0\0\0", 3);
   const Case colors[] = {
       {"black and white", b + w, w + w, Format::gray1, "\x40", "\xC0"},
       {"gray", b + w, w + g, Format::gray8, std::string("\0\xFF", 2), "\xFF\x80"},
       {"colour in the last row", b + b, b + tint, Format::rgb8, black3 + black3, black3 + "\3\2\1"},
-      {"colour with extremes only", std::string("\xFF\0\0\xFF", 4) + b, b + b, Format::rgb8,
-       std::string("\0\0\xFF", 3) + black3, black3 + black3},
-      {"alpha in the last row", tint + g, g + clear, Format::rgba8, "\3\2\1\xFF\x80\x80\x80\xFF",
-       g + clear},
+      {"colour with extremes only", std::string("\xFF\0\0\xFF", 4) + b, b + b, Format::rgb8, std::string("\0\0\xFF", 3) + black3,
+       black3 + black3},
+      {"alpha in the last row", tint + g, g + clear, Format::rgba8, "\3\2\1\xFF\x80\x80\x80\xFF", g + clear},
       {"alpha in the first row", clear + g, g + g, Format::rgba8, clear + g, g + g},
   };
   for (const Case& c : colors) {
@@ -59,11 +57,9 @@ TEST(BitmapReader, GivesTheSmallestFormatThatLosesNothing) {
   }
 
   const Case grays[] = {
-      {"black and white", "\xFF\xFF\xFF\xFF", std::string("\0\xFF\xFF\xFF", 4), Format::gray1,
-       "\xC0", "\x40"},
+      {"black and white", "\xFF\xFF\xFF\xFF", std::string("\0\xFF\xFF\xFF", 4), Format::gray1, "\xC0", "\x40"},
       {"levels", "\x01\xFF\xFF\xFF", "\x02\xFF\xFE\xFF", Format::gray8, "\x01\xFF", "\x02\xFE"},
-      {"alpha", "\x01\xFF\xFF\xFF", "\x02\xFF\x03\xFE", Format::gray_alpha8, "\x01\xFF\xFF\xFF",
-       "\x02\xFF\x03\xFE"},
+      {"alpha", "\x01\xFF\xFF\xFF", "\x02\xFF\x03\xFE", Format::gray_alpha8, "\x01\xFF\xFF\xFF", "\x02\xFF\x03\xFE"},
   };
   for (const Case& c : grays) {
     CKXBmpGray bmp;
@@ -76,9 +72,8 @@ TEST(BitmapReader, GivesTheSmallestFormatThatLosesNothing) {
 TEST(BitmapReader, MaskAndIndexBitmaps) {
   CKXBmp8 bmp(3, 2);
   fill(bmp, std::string("\xFF\0\xFF", 3), std::string("\0\0\xFF", 3));
-  expect_picture(
-      {"mask", "", "", Format::gray8, std::string("\xFF\0\xFF", 3), std::string("\0\0\xFF", 3)},
-      pdfbmp::make_bitmap_reader(bmp).get());
+  expect_picture({"mask", "", "", Format::gray8, std::string("\xFF\0\xFF", 3), std::string("\0\0\xFF", 3)},
+                 pdfbmp::make_bitmap_reader(bmp).get());
 
   _KXRGBA palette[256] = {};
   palette[0] = {1, 2, 3, 255};

@@ -9,9 +9,7 @@ namespace {
 
 using namespace testing_support;
 
-bool install(const std::string& profile, std::string& error) {
-  return pdfbmp::install_cmyk_table(profile.data(), profile.size(), error);
-}
+bool install(const std::string& profile, std::string& error) { return pdfbmp::install_cmyk_table(profile.data(), profile.size(), error); }
 
 TEST(CmykTable, HoldsTheColoursOfTheProfile) {
   std::string error;
@@ -51,8 +49,7 @@ TEST(CmykTable, RefusesWhatIsNoCmykProfile) {
   const std::string good = cmyk_profile();
   std::string error;
   ASSERT_TRUE(install(good, error));
-  for (const std::string& profile :
-       {std::string(), std::string("nonsense"), good.substr(0, 100), rgb_profile(2.2)}) {
+  for (const std::string& profile : {std::string(), std::string("nonsense"), good.substr(0, 100), rgb_profile(2.2)}) {
     error.clear();
     EXPECT_FALSE(install(profile, error));
     EXPECT_FALSE(error.empty());

@@ -15,8 +15,7 @@ namespace {
 
 void expect_bytes_of_qpdf(QPDF& peer, CPDFDocument& document, const CPDFFoundImage& found) {
   const auto bytes = peer.getObject(found.object, found.generation).getRawStreamData();
-  EXPECT_EQ(read_all(document.raw_stream(found).get()),
-            std::string(reinterpret_cast<const char*>(bytes->getBuffer()), bytes->getSize()));
+  EXPECT_EQ(read_all(document.raw_stream(found).get()), std::string(reinterpret_cast<const char*>(bytes->getBuffer()), bytes->getSize()));
 }
 
 // Walks every PDF of the folder that PDFBMP_CORPUS names and loads each of its images.
@@ -30,8 +29,7 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
     ++files;
     std::string message;
     CPDFOpenStatus status{};
-    auto document = CPDFDocument::open(pdfbmp::open_file_source(entry.path().string(), message), {},
-                                       status, message);
+    auto document = CPDFDocument::open(pdfbmp::open_file_source(entry.path().string(), message), {}, status, message);
     EXPECT_EQ(document == nullptr, status != CPDFOpenStatus::ok);
     EXPECT_EQ(document == nullptr, !message.empty()) << message;
     if (document == nullptr) continue;
@@ -48,14 +46,12 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
       EXPECT_FALSE(found.pages.empty());
       const CPDFLoadedImage loaded = document->load_image(found);
       ASSERT_NE(loaded.image, nullptr);
-      EXPECT_EQ(loaded.problem.empty(), loaded.image->stream != nullptr &&
-                                            (loaded.image->cs != nullptr || found.image_mask) &&
-                                            found.width > 0 && found.height > 0)
+      EXPECT_EQ(loaded.problem.empty(),
+                loaded.image->stream != nullptr && (loaded.image->cs != nullptr || found.image_mask) && found.width > 0 && found.height > 0)
           << loaded.problem;
       EXPECT_EQ(loaded.image->width, found.width);
       EXPECT_EQ(loaded.image->height, found.height);
-      EXPECT_EQ(read_all(document->raw_stream(found).get()).size(),
-                static_cast<std::size_t>(found.bytes));
+      EXPECT_EQ(read_all(document->raw_stream(found).get()).size(), static_cast<std::size_t>(found.bytes));
       if (peer_opened && found.object != 0) expect_bytes_of_qpdf(peer, *document, found);
     }
   }

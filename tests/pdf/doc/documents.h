@@ -10,16 +10,13 @@
 #include "pdf/obj/stream.h"
 
 /// Opens bytes as a document; null where that fails.
-inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes, CPDFOpenStatus& status,
-                                                const std::string& password = "") {
+inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes, CPDFOpenStatus& status, const std::string& password = "") {
   CPDFOpenOptions options;
   options.password = password;
   std::string message;
   auto document = CPDFDocument::open(pdfbmp::make_memory_source(bytes), options, status, message);
   // A message, of one line, exactly where there is no document.
-  if ((document == nullptr) == message.empty() || message.find('\n') != std::string::npos) {
-    return nullptr;
-  }
+  if ((document == nullptr) == message.empty() || message.find('\n') != std::string::npos) { return nullptr; }
   return document;
 }
 
@@ -28,9 +25,7 @@ inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes) {
   return open_bytes(bytes, status);
 }
 
-inline std::vector<CPDFFoundImage> all_images(CPDFDocument& document) {
-  return document.find_images(1, document.page_count());
-}
+inline std::vector<CPDFFoundImage> all_images(CPDFDocument& document) { return document.find_images(1, document.page_count()); }
 
 /// What is left in a stream.
 inline std::string read_all(CPDFStream* stream) {

@@ -24,15 +24,12 @@ const CPDFFoundImage* of_width(const std::vector<CPDFFoundImage>& images, int wi
 TEST(FindImages, EachHidingPlaceOnce) {
   PdfBuilder pdf;
   std::map<std::string, int> at;
-  const auto image = [&](int width) {
-    return "/XObject << /Im " + ref(pdf.add_image(width, 1)) + " >>";
-  };
+  const auto image = [&](int width) { return "/XObject << /Im " + ref(pdf.add_image(width, 1)) + " >>"; };
   const std::string paint = "q 72 0 0 72 0 0 cm /Im Do Q ";
 
   const int inner = pdf.add_form("/Resources << " + image(11) + " >>", paint);
   const int outer =
-      pdf.add_form("/Matrix [2 0 0 2 0 0] /Resources << /XObject << /In " + ref(inner) + " >> >>",
-                   "0.5 0 0 0.5 0 0 cm /In Do");
+      pdf.add_form("/Matrix [2 0 0 2 0 0] /Resources << /XObject << /In " + ref(inner) + " >> >>", "0.5 0 0 0.5 0 0 cm /In Do");
   const int pattern = pdf.add_stream(
       "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 100 100] /XStep 100 "
       "/YStep 100 /Matrix [1 0 0 1 10 20] /Resources << " +
@@ -46,21 +43,18 @@ TEST(FindImages, EachHidingPlaceOnce) {
       "/FirstChar 65 /LastChar 65 /Widths [1000] /Encoding << /Differences [65 /a] >> "
       "/CharProcs << /a " +
       ref(glyph) + " >> >>");
-  const int group =
-      pdf.add_form("/Group << /S /Transparency >> /Resources << " + image(14) + " >>", paint);
+  const int group = pdf.add_form("/Group << /S /Transparency >> /Resources << " + image(14) + " >>", paint);
   const int state = pdf.add("<< /SMask << /S /Luminosity /G " + ref(group) + " >> >>");
   const int on = pdf.add_form("/Resources << " + image(15) + " >>", "100 0 0 100 0 0 cm /Im Do");
   const int off = pdf.add_form("/Resources << " + image(16) + " >>", paint);
   const int widget =
-      pdf.add("<< /Subtype /Widget /Rect [100 100 172 172] /AS /On /AP << /N << /On " + ref(on) +
-              " /Off " + ref(off) + " >> >> >>");
+      pdf.add("<< /Subtype /Widget /Rect [100 100 172 172] /AS /On /AP << /N << /On " + ref(on) + " /Off " + ref(off) + " >> >> >>");
   const int mask = pdf.add_image(18, 1, "/ImageMask true");
   const int soft = pdf.add_image(19, 1);
   const int masked = pdf.add_image(17, 1, "/Mask " + ref(mask) + " /SMask " + ref(soft));
   const int unused = pdf.add_image(20, 1);
-  pdf.add_page("/XObject << /Fm " + ref(outer) + " /M " + ref(masked) + " /U " + ref(unused) +
-                   " /S " + ref(soft) + " >> /Pattern << /P " + ref(pattern) + " >> /Font << /F " +
-                   ref(font) + " >> /ExtGState << /G " + ref(state) + " >>",
+  pdf.add_page("/XObject << /Fm " + ref(outer) + " /M " + ref(masked) + " /U " + ref(unused) + " /S " + ref(soft) + " >> /Pattern << /P " +
+                   ref(pattern) + " >> /Font << /F " + ref(font) + " >> /ExtGState << /G " + ref(state) + " >>",
                "/Fm Do /Pattern cs /P scn 0 0 9 9 re f /G gs q 72 0 0 72 0 0 cm /M Do Q "
                "BT /F 10 Tf 1 0 0 1 5 6 Tm (AA) Tj ET",
                "/Annots [" + ref(widget) + "]");
@@ -113,12 +107,9 @@ TEST(FindImages, EachHidingPlaceOnce) {
 TEST(FindImages, OneImageOnManyPagesAndPagesInRange) {
   PdfBuilder pdf;
   const int image = pdf.add_image(8, 8);
-  const int form = pdf.add_form("/Resources << /XObject << /Im " + ref(image) + " >> >>",
-                                "0 72 -36 0 0 0 cm /Im Do");
+  const int form = pdf.add_form("/Resources << /XObject << /Im " + ref(image) + " >> >>", "0 72 -36 0 0 0 cm /Im Do");
   const std::string resources = "/XObject << /Im " + ref(image) + " /Fm " + ref(form) + " >>";
-  for (int page = 1; page <= 30; ++page) {
-    pdf.add_page(resources, page % 2 == 0 ? "/Fm Do /Fm Do" : "");
-  }
+  for (int page = 1; page <= 30; ++page) { pdf.add_page(resources, page % 2 == 0 ? "/Fm Do /Fm Do" : ""); }
   pdf.add_page(resources, "72 0 0 72 10 10 cm /Im Do", "/CropBox [10 10 100 100] /UserUnit 2");
   const auto document = open_bytes(pdf.finish());
   ASSERT_NE(document, nullptr);
@@ -143,15 +134,12 @@ TEST(FindImages, WhatLeadsToItselfEnds) {
   PdfBuilder pdf;
   const int image = pdf.add_image(8, 8, "/SMask 3 0 R");  // Itself: object 3.
   const int first = pdf.reserve(), second = pdf.reserve();
-  const std::string both = "/Resources << /XObject << /A " + ref(first) + " /B " + ref(second) +
-                           " /Im " + ref(image) + " >> >>";
+  const std::string both = "/Resources << /XObject << /A " + ref(first) + " /B " + ref(second) + " /Im " + ref(image) + " >> >>";
   pdf.set_form(first, both, "/B Do /Im Do /A Do");
   pdf.set_form(second, both, "/A Do /Im Do /B Do");
   // Each of these runs the one before it twice: 2^40 paths lead to the image.
   int tower = second;
-  for (int i = 0; i < 40; ++i) {
-    tower = pdf.add_form("/Resources << /XObject << /T " + ref(tower) + " >> >>", "/T Do /T Do");
-  }
+  for (int i = 0; i < 40; ++i) { tower = pdf.add_form("/Resources << /XObject << /T " + ref(tower) + " >> >>", "/T Do /T Do"); }
   pdf.add_page("/XObject << /A " + ref(first) + " /T " + ref(tower) + " >>", "/A Do /T Do");
   const auto document = open_bytes(pdf.finish());
   ASSERT_NE(document, nullptr);
@@ -164,13 +152,10 @@ TEST(FindImages, WhatLeadsToItselfEnds) {
 
 TEST(FindImages, AnInlineImageOfSharedContentIsOne) {
   PdfBuilder pdf;
-  const int content =
-      pdf.add_stream("",
-                     "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q "
-                     "BI /W 1 /H 1 /IM true ID\n\x80 EI Q");
-  for (int page = 0; page < 3; ++page) {
-    pdf.add_page_of("/ColorSpace << /Cs1 [/Indexed /DeviceRGB 1 <000000FFFFFF>] >>", content);
-  }
+  const int content = pdf.add_stream("",
+                                     "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q "
+                                     "BI /W 1 /H 1 /IM true ID\n\x80 EI Q");
+  for (int page = 0; page < 3; ++page) { pdf.add_page_of("/ColorSpace << /Cs1 [/Indexed /DeviceRGB 1 <000000FFFFFF>] >>", content); }
   const auto document = open_bytes(pdf.finish());
   ASSERT_NE(document, nullptr);
   const auto images = all_images(*document);

@@ -25,13 +25,11 @@ TEST(InlineData, EndsWhereItEnds) {
       {"no white space before EI", gray, " 12345678EI Q", "12345678", " Q"},
       {"a stated length", "/L 6 /W 99 /H 9 /BPC 8 /CS /G", " a EI b EI Q", "a EI b", " Q"},
       {"a wrong size: content follows EI", gray, " ab EI Q", "ab", " Q"},
-      {"a wrong size: EI inside binary data", "/W 99 /H 9 /BPC 8 /CS /G", " " + binary + "\nEI Q",
-       binary, " Q"},
+      {"a wrong size: EI inside binary data", "/W 99 /H 9 /BPC 8 /CS /G", " " + binary + "\nEI Q", binary, " Q"},
       {"a stencil", "/W 9 /H 2 /IM true", " EI \nEI Q", "EI \n", " Q"},
       {"the end of a filter", gray + " /F /A85", " 5s EI *00~> EI Q", "5s EI *00~>", " Q"},
       {"a filter that sees no end", gray + " /F /AHx", " 4142 EI Q", "4142", " Q"},
-      {"a filter's end right before EI", gray + " /F /AHx", " 4142434445464748>EI Q",
-       "4142434445464748>", " Q"},
+      {"a filter's end right before EI", gray + " /F /AHx", " 4142434445464748>EI Q", "4142434445464748>", " Q"},
       {"an unknown filter", gray + " /F /What", " ab EI Q", "ab", " Q"},
       {"no EI", gray, " abc", "abc", ""},
       {"nothing at all", gray, "", "", ""},
@@ -41,8 +39,7 @@ TEST(InlineData, EndsWhereItEnds) {
     CPDFObjHolder dict;
     pdfbmp::convert_object(QPDFObjectHandle::parse("<< " + c.dict + " >>"), dict);
     const std::string content = "ID" + c.after_id;
-    const pdfbmp::InlineData found =
-        pdfbmp::find_inline_data(content, 2, *dict.dict(), nullptr, nullptr, {});
+    const pdfbmp::InlineData found = pdfbmp::find_inline_data(content, 2, *dict.dict(), nullptr, nullptr, {});
     EXPECT_EQ(content.substr(found.begin, found.length), c.data);
     EXPECT_EQ(content.substr(found.next), c.rest);
   }

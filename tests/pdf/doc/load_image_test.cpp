@@ -9,8 +9,7 @@
 namespace {
 
 /// A document of one page with one image of four bytes that has these entries.
-std::unique_ptr<CPDFDocument> document_with(const std::string& entries,
-                                            const std::string& resources = "") {
+std::unique_ptr<CPDFDocument> document_with(const std::string& entries, const std::string& resources = "") {
   PdfBuilder pdf;
   const int image = pdf.add_stream("/Subtype /Image /Width 2 /Height 2 " + entries, "abcd");
   pdf.add_page("/XObject << /Im " + PdfBuilder::ref(image) + " >> " + resources, "/Im Do");
@@ -56,8 +55,7 @@ TEST(LoadImage, DefaultSpacesStandIn) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.entry);
-    const auto document =
-        document_with("/BitsPerComponent 8 /ColorSpace " + std::string(c.entry), spaces);
+    const auto document = document_with("/BitsPerComponent 8 /ColorSpace " + std::string(c.entry), spaces);
     const CPDFLoadedImage loaded = document->load_image(all_images(*document).at(0));
     ASSERT_NE(loaded.image->cs, nullptr);
     EXPECT_EQ(loaded.image->cs->family, c.family);
@@ -83,9 +81,8 @@ TEST(OutputIntent, TheFirstProfileForCmyk) {
   PdfBuilder pdf;
   const int rgb = pdf.add_stream("/N 3", "rgb profile");
   const int cmyk = pdf.add_stream("/N 4 /Filter /ASCIIHexDecode", "434D594B>");
-  pdf.set(1, "<< /Type /Catalog /Pages 2 0 R /OutputIntents [7 << /DestOutputProfile " +
-                 PdfBuilder::ref(rgb) + " >> << /DestOutputProfile " + PdfBuilder::ref(cmyk) +
-                 " >>] >>");
+  pdf.set(1, "<< /Type /Catalog /Pages 2 0 R /OutputIntents [7 << /DestOutputProfile " + PdfBuilder::ref(rgb) +
+                 " >> << /DestOutputProfile " + PdfBuilder::ref(cmyk) + " >>] >>");
   pdf.add_page("", "");
   EXPECT_EQ(open_bytes(pdf.finish())->output_intent_profile(), "CMYK");
   EXPECT_EQ(document_with("")->output_intent_profile(), "");

@@ -53,8 +53,7 @@ TEST(ObjectValues, EveryKindInADictionary) {
   EXPECT_EQ(find_key(dict, "Small")->as_int(), INT_MIN);
   EXPECT_EQ(find_key(dict, "R")->as_fixed(), one / 4);
   EXPECT_EQ(find_key(dict, "S")->as_int(), 3);
-  EXPECT_EQ(std::string(reinterpret_cast<char*>(find_key(dict, "S")->str_bytes), 3),
-            std::string("a\0b", 3));
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(find_key(dict, "S")->str_bytes), 3), std::string("a\0b", 3));
   EXPECT_STREQ(find_key(dict, "Name")->name(), "x y");
   const CPDFArray* array = find_key(dict, "A")->array();
   ASSERT_EQ(array->count, 3);  // In an array null keeps its place.
@@ -68,9 +67,7 @@ TEST(ObjectValues, NestingIsCut) {
   CPDFObjHolder value;
   pdfbmp::convert_object(source, value);
   int depth = 0;
-  for (const CPDFArray* a = value.array(); a != nullptr && a->count > 0; a = a->items[0].array()) {
-    ++depth;
-  }
+  for (const CPDFArray* a = value.array(); a != nullptr && a->count > 0; a = a->items[0].array()) { ++depth; }
   EXPECT_EQ(depth, 64);
 }
 

@@ -37,9 +37,7 @@ std::string replaced(std::string text, const std::string& from, const std::strin
   return at == std::string::npos ? std::string() : text.replace(at, from.size(), to);
 }
 
-std::string cut_at(const std::string& text, const std::string& word) {
-  return text.substr(0, text.rfind(word));
-}
+std::string cut_at(const std::string& text, const std::string& word) { return text.substr(0, text.rfind(word)); }
 
 void expect_one_image(const std::string& bytes, const std::string& data) {
   const auto document = open_bytes(bytes);
@@ -92,8 +90,7 @@ TEST(Open, DamagedFilesGiveTheirImage) {
 
 TEST(Open, WhatIsNoPdfIsRefused) {
   for (const std::string& bytes :
-       {std::string(), std::string("hello"), std::string("%PDF-1.4\n"), std::string(5000, '\xFF'),
-        "/Type /Catalog" + std::string(99, 'x'),
+       {std::string(), std::string("hello"), std::string("%PDF-1.4\n"), std::string(5000, '\xFF'), "/Type /Catalog" + std::string(99, 'x'),
         std::string("%PDF-1.4\n1 0 obj 5 endobj trailer <</Root 1 0 R>>")}) {
     CPDFOpenStatus status{};
     EXPECT_EQ(open_bytes(bytes, status), nullptr);
@@ -116,15 +113,9 @@ TEST(Open, Passwords) {
     std::function<void(QPDFWriter&)> encrypt;
   } methods[] = {
       {"RC4",
-       [](QPDFWriter& w) {
-         w.setR3EncryptionParametersInsecure("user", "owner", true, true, true, true, true, true,
-                                             qpdf_r3p_full);
-       }},
+       [](QPDFWriter& w) { w.setR3EncryptionParametersInsecure("user", "owner", true, true, true, true, true, true, qpdf_r3p_full); }},
       {"AES-256",
-       [](QPDFWriter& w) {
-         w.setR6EncryptionParameters("user", "owner", true, true, true, true, true, true,
-                                     qpdf_r3p_full, true);
-       }},
+       [](QPDFWriter& w) { w.setR6EncryptionParameters("user", "owner", true, true, true, true, true, true, qpdf_r3p_full, true); }},
   };
   const struct {
     const char* password;

@@ -21,12 +21,11 @@ struct Case {
 };
 
 std::string pam_head(int width, int depth, int max_value, const char* type) {
-  return "P7\nWIDTH " + std::to_string(width) + "\nHEIGHT 1\nDEPTH " + std::to_string(depth) +
-         "\nMAXVAL " + std::to_string(max_value) + "\nTUPLTYPE " + type + "\nENDHDR\n";
+  return "P7\nWIDTH " + std::to_string(width) + "\nHEIGHT 1\nDEPTH " + std::to_string(depth) + "\nMAXVAL " + std::to_string(max_value) +
+         "\nTUPLTYPE " + type + "\nENDHDR\n";
 }
 
-CPDFRasterInfo info_of(int width, CPDFPixelFormat format, int bits = 8,
-                       std::vector<_KXRGBA> palette = {}) {
+CPDFRasterInfo info_of(int width, CPDFPixelFormat format, int bits = 8, std::vector<_KXRGBA> palette = {}) {
   return {width, 1, format, bits, std::move(palette), 0, 0};
 }
 
@@ -40,21 +39,17 @@ TEST(PamWriter, WritesEveryFormatInBothDialects) {
   const auto two = info_of(3, CPDFPixelFormat::indexed, 2, {red, white, red, gray});
   const auto grays = info_of(2, CPDFPixelFormat::indexed, 4, {white, gray});
   const Case cases[] = {
-      {"bits", bits, "\xA0\x40", pam, "pam",
-       pam_head(10, 1, 1, "BLACKANDWHITE") + std::string("\1\0\1\0\0\0\0\0\0\1", 10)},
+      {"bits", bits, "\xA0\x40", pam, "pam", pam_head(10, 1, 1, "BLACKANDWHITE") + std::string("\1\0\1\0\0\0\0\0\0\1", 10)},
       {"bits", bits, "\xA0\x40", pnm, "pbm", "P4\n10 1\n\x5F\xBF"},
       {"levels", levels, "ab", pam, "pam", pam_head(2, 1, 255, "GRAYSCALE") + "ab"},
       {"levels", levels, "ab", pnm, "pgm", "P5\n2 1\n255\nab"},
-      {"levels and alpha", levels_alpha, "ab", pnm, "pam",
-       pam_head(1, 2, 255, "GRAYSCALE_ALPHA") + "ab"},
+      {"levels and alpha", levels_alpha, "ab", pnm, "pam", pam_head(1, 2, 255, "GRAYSCALE_ALPHA") + "ab"},
       {"colours", rgb, "abc", pam, "pam", pam_head(1, 3, 255, "RGB") + "abc"},
       {"colours", rgb, "abc", pnm, "ppm", "P6\n1 1\n255\nabc"},
       {"colours and alpha", rgba, "abcd", pnm, "pam", pam_head(1, 4, 255, "RGB_ALPHA") + "abcd"},
-      {"palette", two, "\x1C", pnm, "ppm",
-       std::string("P6\n3 1\n255\n\xFF\0\0\xFF\xFF\xFF\x09\x09\x09", 20)},
+      {"palette", two, "\x1C", pnm, "ppm", std::string("P6\n3 1\n255\n\xFF\0\0\xFF\xFF\xFF\x09\x09\x09", 20)},
       {"gray palette", grays, "\x10", pnm, "pgm", "P5\n2 1\n255\n\x09\xFF"},
-      {"index past the palette", grays, "\x0F", pnm, "pgm",
-       std::string("P5\n2 1\n255\n\xFF\0", 13)},
+      {"index past the palette", grays, "\x0F", pnm, "pgm", std::string("P5\n2 1\n255\n\xFF\0", 13)},
   };
   for (const Case& c : cases) {
     MemorySink sink;

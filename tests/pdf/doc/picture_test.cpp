@@ -29,8 +29,8 @@ void set_decode(CPDFImage& image, const std::vector<double>& decode) {
   for (double v : decode) array->append()->set_real(static_cast<std::int64_t>(v * fixed_one));
 }
 
-std::unique_ptr<CPDFImage> image_of(int width, int height, int bpc, CPDFCSBase* cs,
-                                    const Row& bytes, const std::vector<double>& decode = {}) {
+std::unique_ptr<CPDFImage> image_of(int width, int height, int bpc, CPDFCSBase* cs, const Row& bytes,
+                                    const std::vector<double>& decode = {}) {
   auto image = std::make_unique<CPDFImage>();
   image->width = width;
   image->height = height;
@@ -51,8 +51,7 @@ Shown show(std::unique_ptr<CPDFImage> image, std::int64_t max_pixels = 1000) {
   CPDFLoadedImage loaded;
   loaded.image = std::move(image);
   Shown shown;
-  auto picture =
-      pdfbmp::open_picture(std::move(loaded), CPDFFoundImage(), max_pixels, shown.problem);
+  auto picture = pdfbmp::open_picture(std::move(loaded), CPDFFoundImage(), max_pixels, shown.problem);
   if (picture == nullptr) return shown;
   shown.info = picture->info();
   std::vector<unsigned char> row(static_cast<std::size_t>(shown.info.row_bytes()));
@@ -100,71 +99,15 @@ struct DepthCase {
 TEST(Picture, BringsEveryDepthThroughDecodeToItsFullRange) {
   using F = CPDFPixelFormat;
   const DepthCase cases[] = {
-      {"1-bit gray stays packed",
-       10,
-       1,
-       new CPDFCSDeviceGray,
-       {0xA5, 0xC0},
-       {},
-       F::gray1,
-       {0xA5, 0xC0}},
-      {"1-bit gray inverted",
-       10,
-       1,
-       new CPDFCSDeviceGray,
-       {0xA5, 0xC0},
-       {1, 0},
-       F::gray1,
-       {0x5A, 0x3F}},
-      {"2-bit gray tops at 255",
-       4,
-       2,
-       new CPDFCSDeviceGray,
-       {0x1B},
-       {},
-       F::gray8,
-       {0, 85, 170, 255}},
+      {"1-bit gray stays packed", 10, 1, new CPDFCSDeviceGray, {0xA5, 0xC0}, {}, F::gray1, {0xA5, 0xC0}},
+      {"1-bit gray inverted", 10, 1, new CPDFCSDeviceGray, {0xA5, 0xC0}, {1, 0}, F::gray1, {0x5A, 0x3F}},
+      {"2-bit gray tops at 255", 4, 2, new CPDFCSDeviceGray, {0x1B}, {}, F::gray8, {0, 85, 170, 255}},
       {"4-bit gray inverted", 2, 4, new CPDFCSDeviceGray, {0x0F}, {1, 0}, F::gray8, {255, 0}},
-      {"8-bit gray, half range",
-       3,
-       8,
-       new CPDFCSDeviceGray,
-       {0, 128, 255},
-       {0, 0.5},
-       F::gray8,
-       {0, 64, 128}},
-      {"16-bit gray rounds",
-       3,
-       16,
-       new CPDFCSDeviceGray,
-       {0x80, 0x7F, 0x80, 0x80, 0xFF, 0xFF},
-       {},
-       F::gray8,
-       {128, 128, 255}},
-      {"16-bit gray inverted",
-       2,
-       16,
-       new CPDFCSDeviceGray,
-       {0, 0, 0xFF, 0xFF},
-       {1, 0},
-       F::gray8,
-       {255, 0}},
-      {"RGB bytes as they are",
-       2,
-       8,
-       new CPDFCSDeviceRGB,
-       {1, 2, 3, 4, 5, 6},
-       {},
-       F::rgb8,
-       {1, 2, 3, 4, 5, 6}},
-      {"RGB, one component inverted",
-       1,
-       8,
-       new CPDFCSDeviceRGB,
-       {1, 2, 3},
-       {0, 1, 1, 0, 0, 1},
-       F::rgb8,
-       {1, 253, 3}},
+      {"8-bit gray, half range", 3, 8, new CPDFCSDeviceGray, {0, 128, 255}, {0, 0.5}, F::gray8, {0, 64, 128}},
+      {"16-bit gray rounds", 3, 16, new CPDFCSDeviceGray, {0x80, 0x7F, 0x80, 0x80, 0xFF, 0xFF}, {}, F::gray8, {128, 128, 255}},
+      {"16-bit gray inverted", 2, 16, new CPDFCSDeviceGray, {0, 0, 0xFF, 0xFF}, {1, 0}, F::gray8, {255, 0}},
+      {"RGB bytes as they are", 2, 8, new CPDFCSDeviceRGB, {1, 2, 3, 4, 5, 6}, {}, F::rgb8, {1, 2, 3, 4, 5, 6}},
+      {"RGB, one component inverted", 1, 8, new CPDFCSDeviceRGB, {1, 2, 3}, {0, 1, 1, 0, 0, 1}, F::rgb8, {1, 253, 3}},
       {"4-bit RGB crosses bytes",
        3,
        4,
@@ -174,30 +117,9 @@ TEST(Picture, BringsEveryDepthThroughDecodeToItsFullRange) {
        F::rgb8,
        {0, 17, 34, 255, 238, 221, 51, 68, 85}},
       {"5-bit RGB", 1, 5, new CPDFCSDeviceRGB, {0x07, 0xE1}, {}, F::rgb8, {0, 255, 132}},
-      {"CMYK through its space",
-       2,
-       8,
-       new CPDFCSDeviceCMYK,
-       {0, 0, 0, 0, 0, 255, 0, 0},
-       {},
-       F::rgb8,
-       {254, 254, 254, 234, 0, 138}},
-      {"CMYK inverted",
-       1,
-       8,
-       new CPDFCSDeviceCMYK,
-       {255, 0, 255, 255},
-       {1, 0, 1, 0, 1, 0, 1, 0},
-       F::rgb8,
-       {234, 0, 138}},
-      {"2-bit Indexed stays packed",
-       5,
-       2,
-       new IndexedOfFour,
-       {0x1B, 0x80},
-       {},
-       F::indexed,
-       {0x1B, 0x80}},
+      {"CMYK through its space", 2, 8, new CPDFCSDeviceCMYK, {0, 0, 0, 0, 0, 255, 0, 0}, {}, F::rgb8, {254, 254, 254, 234, 0, 138}},
+      {"CMYK inverted", 1, 8, new CPDFCSDeviceCMYK, {255, 0, 255, 255}, {1, 0, 1, 0, 1, 0, 1, 0}, F::rgb8, {234, 0, 138}},
+      {"2-bit Indexed stays packed", 5, 2, new IndexedOfFour, {0x1B, 0x80}, {}, F::indexed, {0x1B, 0x80}},
   };
   for (const DepthCase& c : cases) {
     const Shown shown = show(image_of(c.width, 1, c.bpc, c.cs, c.bytes, c.decode));
@@ -222,14 +144,12 @@ TEST(Picture, ComparesTheColourKeyWithRawSamples) {
   EXPECT_EQ(shown.info.format, CPDFPixelFormat::gray_alpha8);
   EXPECT_EQ(shown.rows.at(0), (Row{187, 255, 170, 0, 153, 0}));
 
-  auto color =
-      image_of(2, 2, 8, new CPDFCSDeviceCMYK, {1, 2, 3, 4, 1, 2, 3, 5, 9, 9, 9, 9, 1, 2, 3, 4});
+  auto color = image_of(2, 2, 8, new CPDFCSDeviceCMYK, {1, 2, 3, 4, 1, 2, 3, 5, 9, 9, 9, 9, 1, 2, 3, 4});
   color->has_mask = 1;
   color->mask_min = color->mask_max = {{1, 2, 3, 4}};
   const Shown keyed = show(std::move(color));
   ASSERT_EQ(keyed.rows.size(), 2u);
-  EXPECT_EQ((Row{keyed.rows[0][3], keyed.rows[0][7], keyed.rows[1][3], keyed.rows[1][7]}),
-            (Row{0, 255, 255, 0}));
+  EXPECT_EQ((Row{keyed.rows[0][3], keyed.rows[0][7], keyed.rows[1][3], keyed.rows[1][7]}), (Row{0, 255, 255, 0}));
 }
 
 struct MaskCase {
@@ -255,8 +175,7 @@ TEST(Picture, TakesTheLargerSizeOfImageAndMask) {
   };
   for (const MaskCase& c : cases) {
     auto image = image_of(2, 2, 8, new CPDFCSDeviceGray, {100, 110, 120, 130});
-    auto mask = image_of(c.width, c.height, c.bpc, c.soft ? new CPDFCSDeviceGray : nullptr, c.bytes,
-                         c.decode);
+    auto mask = image_of(c.width, c.height, c.bpc, c.soft ? new CPDFCSDeviceGray : nullptr, c.bytes, c.decode);
     if (!c.soft) mask->flags |= CPDFImage::image_mask;
     image->has_mask = c.soft ? 0 : 1;
     (c.soft ? image->smask : image->mask) = mask.release();
@@ -297,8 +216,7 @@ TEST(Picture, TakesTheAlphaOfJpegOnlyWhereItIsAskedFor) {
     bool with_smask;
     Row row;
   };
-  const Case cases[] = {
-      {0, false, {100}}, {1, false, {100, 50}}, {2, false, {255, 50}}, {1, true, {100, 9}}};
+  const Case cases[] = {{0, false, {100}}, {1, false, {100, 50}}, {2, false, {255, 50}}, {1, true, {100, 9}}};
   for (const Case& c : cases) {
     auto image = image_of(1, 1, 8, new CPDFCSDeviceGray, {0});
     delete image->stream;
@@ -330,8 +248,7 @@ TEST(Picture, CrossesTheEdgesOfBandsWithoutASeam) {
 }
 
 TEST(Picture, RefusesWhatItCannotShowAndSaysWhy) {
-  EXPECT_NE(show(image_of(40, 40, 8, new CPDFCSDeviceGray, {0})).problem.find("limit of 1000"),
-            std::string::npos);
+  EXPECT_NE(show(image_of(40, 40, 8, new CPDFCSDeviceGray, {0})).problem.find("limit of 1000"), std::string::npos);
   EXPECT_FALSE(show(image_of(4, 4, 8, nullptr, {0})).problem.empty());
   EXPECT_FALSE(show(image_of(0, 4, 8, new CPDFCSDeviceGray, {0})).problem.empty());
   EXPECT_FALSE(show(image_of(4, 4, 17, new CPDFCSDeviceGray, {0})).problem.empty());

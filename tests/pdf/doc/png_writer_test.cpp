@@ -12,9 +12,7 @@
 
 namespace {
 
-const unsigned char* bytes_of(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
+const unsigned char* bytes_of(const std::string& text) { return reinterpret_cast<const unsigned char*>(text.data()); }
 
 std::string noise(std::size_t n, unsigned seed) {
   std::mt19937 random(seed);
@@ -51,8 +49,7 @@ TEST_P(PngWriter, KeepsEveryPixel) {
   info.height = c.height;
   info.format = c.format;
   info.index_bits = c.index_bits;
-  if (c.format == CPDFPixelFormat::indexed)
-    info.palette.assign(std::size_t{1} << c.index_bits, {3, 2, 1, 255});
+  if (c.format == CPDFPixelFormat::indexed) info.palette.assign(std::size_t{1} << c.index_bits, {3, 2, 1, 255});
   const std::string rows = noise(static_cast<std::size_t>(info.row_bytes() * c.height), 7);
   MemorySink sink;
   ASSERT_TRUE(write_png(sink, info, rows));
@@ -75,15 +72,11 @@ TEST_P(PngWriter, KeepsEveryPixel) {
 // block are filtered in pieces.
 INSTANTIATE_TEST_SUITE_P(
     Formats, PngWriter,
-    testing::Values(Case{"Gray1", CPDFPixelFormat::gray1, 0, 13, 9, 1, 0, 0},
-                    Case{"Gray8", CPDFPixelFormat::gray8, 0, 1, 1, 8, 0, 1},
+    testing::Values(Case{"Gray1", CPDFPixelFormat::gray1, 0, 13, 9, 1, 0, 0}, Case{"Gray8", CPDFPixelFormat::gray8, 0, 1, 1, 8, 0, 1},
                     Case{"GrayAlpha", CPDFPixelFormat::gray_alpha8, 0, 33, 5, 8, 4, 1},
-                    Case{"Index1", CPDFPixelFormat::indexed, 1, 9, 4, 1, 3, 0},
-                    Case{"Index2", CPDFPixelFormat::indexed, 2, 9, 4, 2, 3, 0},
-                    Case{"Index4", CPDFPixelFormat::indexed, 4, 9, 4, 4, 3, 0},
-                    Case{"Index8", CPDFPixelFormat::indexed, 8, 9, 4, 8, 3, 0},
-                    Case{"Rgb", CPDFPixelFormat::rgb8, 0, 640, 500, 8, 2, 1},
-                    Case{"Rgba", CPDFPixelFormat::rgba8, 0, 321, 7, 8, 6, 1},
+                    Case{"Index1", CPDFPixelFormat::indexed, 1, 9, 4, 1, 3, 0}, Case{"Index2", CPDFPixelFormat::indexed, 2, 9, 4, 2, 3, 0},
+                    Case{"Index4", CPDFPixelFormat::indexed, 4, 9, 4, 4, 3, 0}, Case{"Index8", CPDFPixelFormat::indexed, 8, 9, 4, 8, 3, 0},
+                    Case{"Rgb", CPDFPixelFormat::rgb8, 0, 640, 500, 8, 2, 1}, Case{"Rgba", CPDFPixelFormat::rgba8, 0, 321, 7, 8, 6, 1},
                     Case{"WideRgb", CPDFPixelFormat::rgb8, 0, 200001, 3, 8, 2, 1},
                     Case{"WideGray1", CPDFPixelFormat::gray1, 0, 5000001, 2, 1, 0, 0}),
     [](const auto& tested) { return tested.param.name; });
@@ -142,8 +135,7 @@ TEST(PngWriterFailure, SinkThatFillsUpIsReportedWhereverItDoes) {
   const std::string rows = noise(static_cast<std::size_t>(info.row_bytes() * info.height), 3);
   MemorySink whole;
   ASSERT_TRUE(write_png(whole, info, rows));
-  for (const std::size_t capacity :
-       {std::size_t{0}, std::size_t{60}, whole.text.size() / 2, whole.text.size() - 1}) {
+  for (const std::size_t capacity : {std::size_t{0}, std::size_t{60}, whole.text.size() / 2, whole.text.size() - 1}) {
     MemorySink sink(capacity);
     EXPECT_FALSE(write_png(sink, info, rows)) << capacity;
   }

@@ -29,9 +29,7 @@ FaxRows make_picture(int width, int height, Random& random) {
     }
     if (manner >= 2) {
       row = rows.back();
-      for (int i = up_to(4); i > 0; --i) {
-        row[static_cast<std::size_t>(up_to(width))] = color;
-      }
+      for (int i = up_to(4); i > 0; --i) { row[static_cast<std::size_t>(up_to(width))] = color; }
       if (manner == 4) row = (color + row).substr(0, static_cast<std::size_t>(width));
     }
     rows.push_back(row);
@@ -70,11 +68,9 @@ TEST(CCITT, BringsPicturesBack) {
         const CPDFDictionary* const dict = options.end_of_block || by_rows ? nullptr : &image.dict;
         for (const int piece : {1 << 16, 1 + pictures % 9}) {
           const Decoded decoded = decode("CCF", encoded, &parms.dict, piece, dict);
-          ASSERT_EQ(decoded.bytes, pack_fax_rows(rows, black_is_1))
-              << "width " << width << " K " << k << " options " << options_bits;
-          ASSERT_FALSE(decoded.report.damaged)
-              << decoded.report.problem << ": width " << width << " K " << k << " options "
-              << options_bits << " piece " << piece;
+          ASSERT_EQ(decoded.bytes, pack_fax_rows(rows, black_is_1)) << "width " << width << " K " << k << " options " << options_bits;
+          ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem << ": width " << width << " K " << k << " options " << options_bits
+                                               << " piece " << piece;
         }
         ++pictures;
       }
@@ -93,8 +89,7 @@ TEST(CCITT, KnowsEveryRun) {
     rows.push_back(row);
   }
   const Parms parms({{"Columns", width}});
-  EXPECT_EQ(decode("CCITTFaxDecode", encode_fax(rows, {}), &parms.dict).bytes,
-            pack_fax_rows(rows, false));
+  EXPECT_EQ(decode("CCITTFaxDecode", encode_fax(rows, {}), &parms.dict).bytes, pack_fax_rows(rows, false));
 }
 
 // T.6 data by hand: rows of 8 pixels, black from 2 to 5, then the same, then white.
@@ -146,9 +141,7 @@ TEST(CCITT, RowsBeforeTheDamageAreRight) {
 // the one above it, and DamagedRowsBeforeError says what is worth telling.
 TEST(CCITT, ResynchronisesAtEndOfLineCodes) {
   FaxRows rows;
-  for (std::size_t y = 0; y < 12; ++y) {
-    rows.push_back(std::string(40 + y, '0') + std::string(100 - y, '1'));
-  }
+  for (std::size_t y = 0; y < 12; ++y) { rows.push_back(std::string(40 + y, '0') + std::string(100 - y, '1')); }
   for (const int k : {0, 4}) {
     FaxOptions options;
     options.k = k;
@@ -190,8 +183,7 @@ TEST(CCITT, SurvivesNoise) {
   for (int i = 0; i < 600; ++i) {
     std::string noise(1 + random() % 300, '\0');
     for (char& c : noise) c = static_cast<char>(random() % 4 == 0 ? 0 : random());
-    Parms parms({{"K", static_cast<int>(random() % 3) - 1},
-                 {"Columns", 1 + static_cast<int>(random() % 90)}});
+    Parms parms({{"K", static_cast<int>(random() % 3) - 1}, {"Columns", 1 + static_cast<int>(random() % 90)}});
     parms.with_bool("EndOfLine", random() % 2 == 0).with_bool("EndOfBlock", random() % 2 == 0);
     parms.with_bool("EncodedByteAlign", random() % 2 == 0);
     const Parms image({{"Height", 50}});

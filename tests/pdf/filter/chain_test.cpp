@@ -37,8 +37,7 @@ class Chain : public testing::Test {
   }
 
   std::string run(const std::string& encoded) {
-    const auto stream =
-        pdfbmp::make_filter_chain(stream_over(encoded), dict_, &table_, limits_, report_);
+    const auto stream = pdfbmp::make_filter_chain(stream_over(encoded), dict_, &table_, limits_, report_);
     made_ = stream != nullptr;
     return made_ ? read_all(*stream, 77) : "";
   }
@@ -72,8 +71,7 @@ TEST_F(Chain, TakesArraysWithNullsAndAbbreviations) {
   set_predictor(parms->append()->set_dict());
   EXPECT_EQ(run(encode_ascii_hex(encode_ascii85(flate_))), rows_);
   EXPECT_EQ(report_->bytes, 500);
-  EXPECT_EQ(pdfbmp::filter_names(dict_, nullptr),
-            (std::vector<std::string>{"ASCIIHexDecode", "ASCII85Decode", "FlateDecode"}));
+  EXPECT_EQ(pdfbmp::filter_names(dict_, nullptr), (std::vector<std::string>{"ASCIIHexDecode", "ASCII85Decode", "FlateDecode"}));
 }
 
 TEST_F(Chain, FollowsReferences) {
@@ -122,8 +120,7 @@ TEST_F(Chain, KeepsToTheLimits) {
 TEST_F(Chain, TellsDamageWithAReadThatGotTooLittle) {
   dict_.set("Filter")->set_name("FlateDecode");
   const std::string encoded = deflate(rows_).substr(0, 100);
-  const auto stream =
-      pdfbmp::make_filter_chain(stream_over(encoded), dict_, nullptr, limits_, report_);
+  const auto stream = pdfbmp::make_filter_chain(stream_over(encoded), dict_, nullptr, limits_, report_);
   std::string buffer(500, '\0');
   EXPECT_LT(stream->read_block(buffer.data(), 500), 500);
   EXPECT_TRUE(report_->damaged);
@@ -177,8 +174,7 @@ TEST(InlineStream, DecodesEveryFilterByEitherName) {
     const std::size_t n = one.encoded.size();
     auto* const data = static_cast<unsigned char*>(KXAlloc(n));
     std::memcpy(data, one.encoded.data(), n);
-    const std::unique_ptr<CPDFStream> stream(
-        CPDFStream::make_inline_stream(data, static_cast<int>(n), one.filter, nullptr));
+    const std::unique_ptr<CPDFStream> stream(CPDFStream::make_inline_stream(data, static_cast<int>(n), one.filter, nullptr));
     ASSERT_NE(stream, nullptr) << one.filter;
     EXPECT_EQ(stream->data, data);
     EXPECT_EQ(stream->data_borrowed, 1);

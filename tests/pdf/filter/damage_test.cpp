@@ -51,9 +51,7 @@ TEST(Damage, ChangedBytesLeaveWhatCameBefore) {
         const Decoded decoded = decode(format.filter, bad, nullptr, 1000);
         ASSERT_EQ(decoded.bytes.substr(0, prefix.size()), prefix) << format.filter << ' ' << at;
         ASSERT_EQ(prefix, bytes.substr(0, prefix.size())) << format.filter << ' ' << at;
-        if (format.filter[0] == 'F') {
-          ASSERT_TRUE(decoded.report.damaged) << at;
-        }
+        if (format.filter[0] == 'F') { ASSERT_TRUE(decoded.report.damaged) << at; }
       }
     }
   }

@@ -28,9 +28,7 @@ struct Jpeg {
 };
 
 int components_of(const Jpeg& jpeg) {
-  return jpeg.stored == JCS_GRAYSCALE                         ? 1
-         : jpeg.stored == JCS_CMYK || jpeg.stored == JCS_YCCK ? 4
-                                                              : 3;
+  return jpeg.stored == JCS_GRAYSCALE ? 1 : jpeg.stored == JCS_CMYK || jpeg.stored == JCS_YCCK ? 4 : 3;
 }
 
 /// Component `c` of a smooth picture, from 60 to 188, which a JPEG of quality 100 keeps within 2.
@@ -55,24 +53,19 @@ std::string encode(const Jpeg& jpeg) {
   jpeg_set_colorspace(&info, jpeg.stored);
   jpeg_set_quality(&info, 100, TRUE);
   info.write_JFIF_header = info.write_Adobe_marker = FALSE;
-  for (int c = 0; c < info.num_components; ++c) {
-    info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1;
-  }
+  for (int c = 0; c < info.num_components; ++c) { info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1; }
   info.restart_in_rows = static_cast<int>(jpeg.restart_rows);
   if (jpeg.progressive) jpeg_simple_progression(&info);
   jpeg_start_compress(&info, TRUE);
   if (jpeg.adobe >= 0) {
-    const JOCTET marker[12] = {'A', 'd', 'o', 'b', 'e', 0,
-                               100, 0,   0,   0,   0,   static_cast<JOCTET>(jpeg.adobe)};
+    const JOCTET marker[12] = {'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, static_cast<JOCTET>(jpeg.adobe)};
     jpeg_write_marker(&info, JPEG_APP0 + 14, marker, sizeof marker);
   }
   std::string row;
   for (int y = 0; y < jpeg.height; ++y) {
     row.clear();
     for (int x = 0; x < jpeg.width; ++x) {
-      for (int c = 0; c < info.input_components; ++c) {
-        row += static_cast<char>(smooth_sample(x, y, c));
-      }
+      for (int c = 0; c < info.input_components; ++c) { row += static_cast<char>(smooth_sample(x, y, c)); }
     }
     JSAMPROW start = reinterpret_cast<JSAMPROW>(row.data());
     jpeg_write_scanlines(&info, &start, 1);
@@ -90,8 +83,7 @@ std::array<double, 4> expected_sample(int x, int y, bool transformed, int compon
   for (int c = 0; c < 4; ++c) v[static_cast<std::size_t>(c)] = smooth_sample(x, y, c);
   if (!transformed) return v;
   const double luma = v[0], cb = v[1] - 128, cr = v[2] - 128;
-  const std::array<double, 3> rgb = {luma + 1.402 * cr, luma - 0.344136 * cb - 0.714136 * cr,
-                                     luma + 1.772 * cb};
+  const std::array<double, 3> rgb = {luma + 1.402 * cr, luma - 0.344136 * cb - 0.714136 * cr, luma + 1.772 * cb};
   for (std::size_t c = 0; c < 3; ++c) {
     const double value = std::clamp(rgb[c], 0.0, 255.0);
     v[c] = components == 4 ? 255 - value : value;
@@ -108,12 +100,11 @@ TEST(DCT, ColorTransformFollowsMarkerThenParameterThenComponents) {
     bool transformed;
   };
   const Case cases[] = {
-      {JCS_GRAYSCALE, -1, -1, false}, {JCS_GRAYSCALE, -1, 1, false}, {JCS_YCbCr, -1, -1, true},
-      {JCS_YCbCr, -1, 0, false},      {JCS_YCbCr, -1, 1, true},      {JCS_YCbCr, 0, 1, false},
-      {JCS_YCbCr, 0, -1, false},      {JCS_YCbCr, 1, 0, true},       {JCS_RGB, -1, -1, false},
-      {JCS_RGB, -1, 1, true},         {JCS_RGB, 0, -1, false},       {JCS_CMYK, -1, -1, false},
-      {JCS_CMYK, 0, -1, false},       {JCS_CMYK, 0, 1, false},       {JCS_YCCK, -1, 1, true},
-      {JCS_YCCK, -1, 0, false},       {JCS_YCCK, 2, -1, true},       {JCS_YCCK, 2, 0, true},
+      {JCS_GRAYSCALE, -1, -1, false}, {JCS_GRAYSCALE, -1, 1, false}, {JCS_YCbCr, -1, -1, true}, {JCS_YCbCr, -1, 0, false},
+      {JCS_YCbCr, -1, 1, true},       {JCS_YCbCr, 0, 1, false},      {JCS_YCbCr, 0, -1, false}, {JCS_YCbCr, 1, 0, true},
+      {JCS_RGB, -1, -1, false},       {JCS_RGB, -1, 1, true},        {JCS_RGB, 0, -1, false},   {JCS_CMYK, -1, -1, false},
+      {JCS_CMYK, 0, -1, false},       {JCS_CMYK, 0, 1, false},       {JCS_YCCK, -1, 1, true},   {JCS_YCCK, -1, 0, false},
+      {JCS_YCCK, 2, -1, true},        {JCS_YCCK, 2, 0, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.stored << ' ' << c.adobe << ' ' << c.parameter);
@@ -128,8 +119,7 @@ TEST(DCT, ColorTransformFollowsMarkerThenParameterThenComponents) {
     for (int i = 0; i < jpeg.width * jpeg.height; ++i) {
       const auto expected = expected_sample(i % jpeg.width, i / jpeg.width, c.transformed, n);
       for (int k = 0; k < n; ++k) {
-        const auto got =
-            static_cast<unsigned char>(decoded.bytes[static_cast<std::size_t>(i * n + k)]);
+        const auto got = static_cast<unsigned char>(decoded.bytes[static_cast<std::size_t>(i * n + k)]);
         worst = std::max(worst, std::abs(got - expected[static_cast<std::size_t>(k)]));
       }
     }
@@ -166,12 +156,8 @@ TEST(DCT, TheDictionarysSizeWins) {
     int width, height, delivered;
     bool open_height;
   };
-  for (const Case& c : {Case{40, 48, 48, false},
-                        {33, 20, 20, false},
-                        {57, 48, 48, false},
-                        {40, 60, 48, false},
-                        {40, 48, 48, true},
-                        {40, 30, 30, true}}) {
+  for (const Case& c :
+       {Case{40, 48, 48, false}, {33, 20, 20, false}, {57, 48, 48, false}, {40, 60, 48, false}, {40, 48, 48, true}, {40, 30, 30, true}}) {
     SCOPED_TRACE(::testing::Message() << c.width << 'x' << c.height << ' ' << c.open_height);
     Parms image({{"Width", c.width}, {"Height", c.height}});
     std::string file = encoded;

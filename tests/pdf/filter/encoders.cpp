@@ -19,13 +19,9 @@ std::string encode_ascii85(const std::string& bytes) {
   for (std::size_t i = 0; i < bytes.size(); i += 4) {
     const std::size_t n = bytes.size() - i < 4 ? bytes.size() - i : 4;
     std::uint32_t group = 0;
-    for (std::size_t k = 0; k < 4; ++k) {
-      group = group << 8 | (k < n ? static_cast<unsigned char>(bytes[i + k]) : 0U);
-    }
+    for (std::size_t k = 0; k < 4; ++k) { group = group << 8 | (k < n ? static_cast<unsigned char>(bytes[i + k]) : 0U); }
     std::string digits;
-    for (int k = 0; k < 5; ++k, group /= 85) {
-      digits.insert(digits.begin(), static_cast<char>('!' + group % 85));
-    }
+    for (int k = 0; k < 5; ++k, group /= 85) { digits.insert(digits.begin(), static_cast<char>('!' + group % 85)); }
     out += n == 4 && digits == "!!!!!" ? "z" : digits.substr(0, n + 1);
     if (i % 60 == 0) out += '\n';
   }
@@ -68,9 +64,7 @@ std::string encode_lzw(const std::string& bytes, int early_change, bool full_tab
   int width = 9;
   const auto put = [&](int code) {
     bits = bits << width | static_cast<unsigned>(code);
-    for (bit_count += width; bit_count >= 8; bit_count -= 8) {
-      out += static_cast<char>(bits >> (bit_count - 8) & 255);
-    }
+    for (bit_count += width; bit_count >= 8; bit_count -= 8) { out += static_cast<char>(bits >> (bit_count - 8) & 255); }
   };
   std::map<std::string, int> table;
   int next = 0;

@@ -57,13 +57,11 @@ class Encoder {
     for (; run > 2560; run -= 2560) bits += find_code(pdfbmp::ccitt_long_codes, 2560);
     if (run >= 64) {
       const int part = run / 64 * 64;
-      const char* code = color == '1' ? find_code(pdfbmp::ccitt_black_codes, part)
-                                      : find_code(pdfbmp::ccitt_white_codes, part);
+      const char* code = color == '1' ? find_code(pdfbmp::ccitt_black_codes, part) : find_code(pdfbmp::ccitt_white_codes, part);
       bits += code != nullptr ? code : find_code(pdfbmp::ccitt_long_codes, part);
       run -= part;
     }
-    bits += color == '1' ? find_code(pdfbmp::ccitt_black_codes, run)
-                         : find_code(pdfbmp::ccitt_white_codes, run);
+    bits += color == '1' ? find_code(pdfbmp::ccitt_black_codes, run) : find_code(pdfbmp::ccitt_white_codes, run);
   }
 
   void add_1d(const std::string& row) {
@@ -77,9 +75,7 @@ class Encoder {
     }
   }
 
-  static char pixel(const std::string& row, int i) {
-    return i < 0 ? '0' : row[static_cast<std::size_t>(i)];
-  }
+  static char pixel(const std::string& row, int i) { return i < 0 ? '0' : row[static_cast<std::size_t>(i)]; }
 
   /// The first change after `from`; to `color` only, where that is given.
   static int next_change(const std::string& row, int from, char color = 0) {
@@ -121,8 +117,7 @@ class Encoder {
 
 }  // namespace
 
-std::string encode_fax(const FaxRows& rows, const FaxOptions& options,
-                       std::vector<std::size_t>* row_begins) {
+std::string encode_fax(const FaxRows& rows, const FaxOptions& options, std::vector<std::size_t>* row_begins) {
   Encoder encoder(options);
   std::string above(rows.empty() ? 0 : rows[0].size(), '0');
   int row_number = 0;

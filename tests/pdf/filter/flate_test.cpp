@@ -39,8 +39,7 @@ TEST(Flate, KeepsWhatCameBeforeTheDamage) {
     EXPECT_TRUE(decoded.report.damaged) << at;
     // Nothing before the changed byte is touched: bytes of noise cost at least one each.
     const std::string untouched = decode("Fl", good.substr(0, at)).bytes;
-    EXPECT_EQ(decoded.bytes.substr(0, untouched.size() - untouched.size() / 50),
-              bytes.substr(0, untouched.size() - untouched.size() / 50))
+    EXPECT_EQ(decoded.bytes.substr(0, untouched.size() - untouched.size() / 50), bytes.substr(0, untouched.size() - untouched.size() / 50))
         << at;
   }
 }

@@ -29,9 +29,8 @@ std::string big_endian(std::uint32_t v, int n) {
 /// T.6 with nothing but horizontal modes, in runs of at most 7, and an end-of-block code.
 template <class Pixel>
 std::string mmr(int columns, int rows, Pixel&& is_black) {
-  static const char* const codes[2][8] = {
-      {"00110101", "000111", "0111", "1000", "1011", "1100", "1110", "1111"},
-      {"0000110111", "010", "11", "10", "011", "0011", "0010", "00011"}};
+  static const char* const codes[2][8] = {{"00110101", "000111", "0111", "1000", "1011", "1100", "1110", "1111"},
+                                          {"0000110111", "010", "11", "10", "011", "0011", "0010", "00011"}};
   std::string bits;
   for (int y = 0; y < rows; ++y) {
     for (int x = 0; x < columns;) {
@@ -46,16 +45,12 @@ std::string mmr(int columns, int rows, Pixel&& is_black) {
   bits += "000000000001000000000001";
   bits.resize((bits.size() + 7) / 8 * 8, '0');
   std::string bytes;
-  for (std::size_t i = 0; i < bits.size(); i += 8) {
-    bytes += static_cast<char>(std::stoi(bits.substr(i, 8), nullptr, 2));
-  }
+  for (std::size_t i = 0; i < bits.size(); i += 8) { bytes += static_cast<char>(std::stoi(bits.substr(i, 8), nullptr, 2)); }
   return bytes;
 }
 
-std::string segment(std::uint32_t number, int type, int page, const std::string& data,
-                    const std::string& reference = "") {
-  return big_endian(number, 4) + static_cast<char>(type) +
-         static_cast<char>(reference.size() << 5) + reference + static_cast<char>(page) +
+std::string segment(std::uint32_t number, int type, int page, const std::string& data, const std::string& reference = "") {
+  return big_endian(number, 4) + static_cast<char>(type) + static_cast<char>(reference.size() << 5) + reference + static_cast<char>(page) +
          big_endian(static_cast<std::uint32_t>(data.size()), 4) + data;
 }
 
@@ -64,16 +59,14 @@ std::string page_segment(std::uint32_t columns, std::uint32_t rows) {
 }
 
 std::string region(int columns, int rows, int y) {
-  return big_endian(static_cast<std::uint32_t>(columns), 4) +
-         big_endian(static_cast<std::uint32_t>(rows), 4) + big_endian(0, 4) +
+  return big_endian(static_cast<std::uint32_t>(columns), 4) + big_endian(static_cast<std::uint32_t>(rows), 4) + big_endian(0, 4) +
          big_endian(static_cast<std::uint32_t>(y), 4) + '\0';
 }
 
 /// The rows of `black` from `from` to `to`, where they belong.
 std::string generic_segment(std::uint32_t number, int from, int to) {
   return segment(number, 38, 1,
-                 region(width, to - from, from) + '\1' +
-                     mmr(width, to - from, [&](int x, int y) { return black(x, from + y); }));
+                 region(width, to - from, from) + '\1' + mmr(width, to - from, [&](int x, int y) { return black(x, from + y); }));
 }
 
 template <class Pixel>
@@ -96,9 +89,7 @@ class Globals : public CPDFXRefTable {
  public:
   explicit Globals(std::string bytes) : bytes_(std::move(bytes)) {}
   int get_entity(CPDFObj& out, const PDF_REF&) override { return out.set_stream() != nullptr; }
-  CPDFStream* make_stream(const CPDFStreamRec*) override {
-    return filter_test::stream_over(bytes_).release();
-  }
+  CPDFStream* make_stream(const CPDFStreamRec*) override { return filter_test::stream_over(bytes_).release(); }
 
  private:
   std::string bytes_;
@@ -141,8 +132,7 @@ TEST_F(JBIG2, GivesThePageInTheSizeOfTheDictionary) {
     CPDFFilterSetup setup;
     setup.image = &image.dict;
     const Decoded decoded = decode(page, setup);
-    const std::string expected =
-        expected_rows((columns + 7) / 8 * 8, std::min(rows, height), black);
+    const std::string expected = expected_rows((columns + 7) / 8 * 8, std::min(rows, height), black);
     EXPECT_EQ(decoded.bytes, expected) << columns;
     EXPECT_EQ(decoded.report.damaged, rows > height) << decoded.report.problem;
   }
@@ -152,24 +142,19 @@ TEST_F(JBIG2, GlobalSegmentsComeFirst) {
   // Two patterns of 4 x 4 in the globals, laid out by a halftone region: none black, one a ring.
   const auto ring = [](int x, int y) { return x % 4 == 0 || y % 4 == 0; };
   const auto chosen = [](int x, int y) { return (x + y * y) % 3 == 1; };
-  const std::string patterns = std::string("\1\4\4", 3) + big_endian(1, 4) +
-                               mmr(8, 4, [&](int x, int y) { return x >= 4 && ring(x, y); });
+  const std::string patterns = std::string("\1\4\4", 3) + big_endian(1, 4) + mmr(8, 4, [&](int x, int y) { return x >= 4 && ring(x, y); });
   Globals globals(segment(0, 16, 0, patterns));
-  const std::string grid = big_endian(10, 4) + big_endian(7, 4) + std::string(8, '\0') +
-                           big_endian(4 << 8, 2) + big_endian(0, 2);
+  const std::string grid = big_endian(10, 4) + big_endian(7, 4) + std::string(8, '\0') + big_endian(4 << 8, 2) + big_endian(0, 2);
   const std::string encoded =
-      page_segment(width, height) +
-      segment(2, 22, 1, region(width, height, 0) + '\1' + grid + mmr(10, 7, chosen),
-              std::string(1, '\0'));
+      page_segment(width, height) + segment(2, 22, 1, region(width, height, 0) + '\1' + grid + mmr(10, 7, chosen), std::string(1, '\0'));
   Parms parms({});
   parms.dict.set("JBIG2Globals")->set_ref({7, 0});
   CPDFFilterSetup setup;
   setup.parms = &parms.dict;
   setup.xref = &globals;
   const Decoded decoded = decode(encoded, setup);
-  EXPECT_EQ(decoded.bytes, expected_rows(width, height, [&](int x, int y) {
-              return x < 40 && y < 28 && chosen(x / 4, y / 4) && ring(x, y);
-            }));
+  EXPECT_EQ(decoded.bytes,
+            expected_rows(width, height, [&](int x, int y) { return x < 40 && y < 28 && chosen(x / 4, y / 4) && ring(x, y); }));
   EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
   // Without them the region has no patterns.
   EXPECT_TRUE(decode(encoded).report.damaged);
@@ -179,14 +164,10 @@ TEST_F(JBIG2, CutDataGivesTheSegmentsBeforeTheCut) {
   const std::string first = page_segment(width, height) + generic_segment(2, 0, 10);
   const std::string whole = first + generic_segment(3, 10, height);
   EXPECT_EQ(decode(whole).bytes, expected_rows(width, height, black));
-  for (const std::size_t size :
-       {std::size_t{5}, first.size() - 1, first.size() + 5, first.size() + 30, whole.size() - 1}) {
+  for (const std::size_t size : {std::size_t{5}, first.size() - 1, first.size() + 5, first.size() + 30, whole.size() - 1}) {
     const Decoded cut = decode(whole.substr(0, size));
     EXPECT_TRUE(cut.report.damaged) << size;
-    EXPECT_EQ(cut.bytes, size < first.size()
-                             ? ""
-                             : expected_rows(width, height,
-                                             [](int x, int y) { return y < 10 && black(x, y); }))
+    EXPECT_EQ(cut.bytes, size < first.size() ? "" : expected_rows(width, height, [](int x, int y) { return y < 10 && black(x, y); }))
         << size;
   }
 }

@@ -50,13 +50,10 @@ std::string box(const char* name, const std::string& body) {
 
 /// The codestream in a file with these boxes in its header.
 std::string file_of(const std::string& codestream, const std::string& boxes) {
-  return box("jP  ", "\r\n\x87\n") + box("ftyp", std::string("jp2 \0\0\0\0jp2 ", 12)) +
-         box("jp2h", boxes) + box("jp2c", codestream);
+  return box("jP  ", "\r\n\x87\n") + box("ftyp", std::string("jp2 \0\0\0\0jp2 ", 12)) + box("jp2h", boxes) + box("jp2c", codestream);
 }
 
-std::string color_box(std::uint32_t space) {
-  return box("colr", std::string("\1\0\0", 3) + big_endian(space, 4));
-}
+std::string color_box(std::uint32_t space) { return box("colr", std::string("\1\0\0", 3) + big_endian(space, 4)); }
 
 std::string encode(const Picture& picture) {
   std::vector<opj_image_cmptparm_t> parms;
@@ -69,8 +66,7 @@ std::string encode(const Picture& picture) {
     parm.sgnd = c.is_signed;
     parms.push_back(parm);
   }
-  opj_image_t* image =
-      opj_image_create(static_cast<OPJ_UINT32>(parms.size()), parms.data(), OPJ_CLRSPC_UNSPECIFIED);
+  opj_image_t* image = opj_image_create(static_cast<OPJ_UINT32>(parms.size()), parms.data(), OPJ_CLRSPC_UNSPECIFIED);
   image->x1 = static_cast<OPJ_UINT32>(picture.width);
   image->y1 = static_cast<OPJ_UINT32>(picture.height);
   for (std::size_t c = 0; c < parms.size(); ++c) {
@@ -78,8 +74,7 @@ std::string encode(const Picture& picture) {
     OPJ_INT32* sample = image->comps[c].data;
     for (OPJ_UINT32 y = 0; y < parms[c].h; ++y) {
       for (OPJ_UINT32 x = 0; x < parms[c].w; ++x) {
-        *sample++ = raw_sample(picture, static_cast<int>(c), static_cast<int>(x) * component.step,
-                               static_cast<int>(y) * component.step) -
+        *sample++ = raw_sample(picture, static_cast<int>(c), static_cast<int>(x) * component.step, static_cast<int>(y) * component.step) -
                     (component.is_signed ? 1 << (component.bits - 1) : 0);
       }
     }
@@ -117,8 +112,7 @@ std::string encode(const Picture& picture) {
     return OPJ_TRUE;
   });
   opj_codec_t* codec = opj_create_compress(OPJ_CODEC_J2K);
-  const bool good = opj_setup_encoder(codec, &options, image) &&
-                    opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
+  const bool good = opj_setup_encoder(codec, &options, image) && opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
                     opj_end_compress(codec, stream);
   opj_destroy_codec(codec);
   opj_stream_destroy(stream);
@@ -132,8 +126,7 @@ struct Decoded {
   CPDFDecodeReport report;
 };
 
-Decoded decode(const std::string& encoded, const CPDFDictionary* image = nullptr,
-               const CPDFFilterLimits& limits = {}) {
+Decoded decode(const std::string& encoded, const CPDFDictionary* image = nullptr, const CPDFFilterLimits& limits = {}) {
   CPDFFilterSetup setup;
   setup.image = image;
   setup.limits = limits;
@@ -145,9 +138,7 @@ Decoded decode(const std::string& encoded, const CPDFDictionary* image = nullptr
     decoded.alpha_channel = jpx->alpha_channel;
     decoded.color = filter_test::read_all(*jpx, 101);
     char buffer[64];
-    for (int n; (n = jpx->read_alpha(buffer, sizeof buffer)) > 0;) {
-      decoded.alpha.append(buffer, static_cast<std::size_t>(n));
-    }
+    for (int n; (n = jpx->read_alpha(buffer, sizeof buffer)) > 0;) { decoded.alpha.append(buffer, static_cast<std::size_t>(n)); }
   }
   decoded.report = *setup.report;
   return decoded;
@@ -161,8 +152,7 @@ double worst_error(const std::string& got, const Picture& picture, int channels,
   if (got.size() != width * static_cast<std::size_t>(picture.height) * n) return 999;
   double worst = 0;
   for (std::size_t i = 0; i < got.size(); ++i) {
-    const double value = expected(static_cast<int>(i / n % width), static_cast<int>(i / n / width),
-                                  static_cast<int>(i % n));
+    const double value = expected(static_cast<int>(i / n % width), static_cast<int>(i / n / width), static_cast<int>(i % n));
     worst = std::max(worst, std::abs(static_cast<unsigned char>(got[i]) - value));
   }
   return worst;
@@ -222,19 +212,12 @@ TEST(JPX, ChannelDefinitionsOrderColorsAndFindAlpha) {
     const Picture picture = {{{}, {}, {}, {}}, 37, 29, tile};
     // Alpha first, then blue, green and red.
     std::string definitions = big_endian(4, 2);
-    for (const std::uint32_t field : {0u, 1u, 0u, 1u, 0u, 3u, 2u, 0u, 2u, 3u, 0u, 1u}) {
-      definitions += big_endian(field, 2);
-    }
-    const Decoded decoded =
-        decode(file_of(encode(picture), color_box(16) + box("cdef", definitions)));
+    for (const std::uint32_t field : {0u, 1u, 0u, 1u, 0u, 3u, 2u, 0u, 2u, 3u, 0u, 1u}) { definitions += big_endian(field, 2); }
+    const Decoded decoded = decode(file_of(encode(picture), color_box(16) + box("cdef", definitions)));
     EXPECT_EQ(decoded.components, 3);
     EXPECT_GE(decoded.alpha_channel, 0);
-    EXPECT_LE(worst_error(decoded.color, picture, 3,
-                          [&](int x, int y, int c) { return as_byte(picture, 3 - c, x, y); }),
-              0.51);
-    EXPECT_LE(worst_error(decoded.alpha, picture, 1,
-                          [&](int x, int y, int) { return as_byte(picture, 0, x, y); }),
-              0.51);
+    EXPECT_LE(worst_error(decoded.color, picture, 3, [&](int x, int y, int c) { return as_byte(picture, 3 - c, x, y); }), 0.51);
+    EXPECT_LE(worst_error(decoded.alpha, picture, 1, [&](int x, int y, int) { return as_byte(picture, 0, x, y); }), 0.51);
   }
 }
 
@@ -246,22 +229,17 @@ TEST(JPX, TheDictionaryMakesAnUndefinedLastChannelAlpha) {
     EXPECT_EQ(decoded.components, n - (n + 1) % 2);
     EXPECT_EQ(decoded.alpha_channel >= 0, n % 2 == 0);
     if (n % 2 != 0) continue;
-    EXPECT_LE(worst_error(decoded.alpha, picture, 1,
-                          [&](int x, int y, int) { return as_byte(picture, n - 1, x, y); }),
-              0.51);
+    EXPECT_LE(worst_error(decoded.alpha, picture, 1, [&](int x, int y, int) { return as_byte(picture, n - 1, x, y); }), 0.51);
   }
 }
 
 TEST(JPX, PalettesAreAppliedUnlessTheDictionaryIsIndexed) {
   const Picture picture = {{{4}}};
   std::string palette = big_endian(16, 2) + "\3\7\7\3";
-  for (int i = 0; i < 16; ++i) {
-    palette += big_endian(static_cast<std::uint32_t>(i * 9 << 16 | (200 - i) << 8 | (15 - i)), 3);
-  }
+  for (int i = 0; i < 16; ++i) { palette += big_endian(static_cast<std::uint32_t>(i * 9 << 16 | (200 - i) << 8 | (15 - i)), 3); }
   std::string mapping;
   for (const std::uint32_t column : {0u, 1u, 2u}) mapping += big_endian(0x100 + column, 4);
-  const std::string encoded =
-      file_of(encode(picture), color_box(16) + box("pclr", palette) + box("cmap", mapping));
+  const std::string encoded = file_of(encode(picture), color_box(16) + box("pclr", palette) + box("cmap", mapping));
   const auto index = [&](int x, int y) { return raw_sample(picture, 0, x, y); };
   const Decoded plain = decode(encoded);
   EXPECT_EQ(plain.components, 3);
@@ -275,8 +253,7 @@ TEST(JPX, PalettesAreAppliedUnlessTheDictionaryIsIndexed) {
   image.set("ColorSpace")->set_array()->append()->set_name("Indexed");
   const Decoded indexed = decode(encoded, &image);
   EXPECT_EQ(indexed.components, 1);
-  EXPECT_EQ(worst_error(indexed.color, picture, 1, [&](int x, int y, int) { return index(x, y); }),
-            0);
+  EXPECT_EQ(worst_error(indexed.color, picture, 1, [&](int x, int y, int) { return index(x, y); }), 0);
 }
 
 TEST(JPX, LumaAndChromaBecomeRGB) {
@@ -285,25 +262,17 @@ TEST(JPX, LumaAndChromaBecomeRGB) {
     std::uint32_t space;  ///< 0: a codestream without a file around it.
     bool converted;
   };
-  for (const Case& c : {Case{1, 18, true},
-                        {2, 18, true},
-                        {1, 24, true},
-                        {2, 0, true},
-                        {1, 16, false},
-                        {2, 16, false},
-                        {1, 0, false}}) {
+  for (const Case& c : {Case{1, 18, true}, {2, 18, true}, {1, 24, true}, {2, 0, true}, {1, 16, false}, {2, 16, false}, {1, 0, false}}) {
     SCOPED_TRACE(::testing::Message() << c.chroma_step << ' ' << c.space);
     const Component chroma = {8, false, c.chroma_step};
     const Picture picture = {{{}, chroma, chroma}};
     const std::string codestream = encode(picture);
-    const Decoded decoded =
-        decode(c.space != 0 ? file_of(codestream, color_box(c.space)) : codestream);
+    const Decoded decoded = decode(c.space != 0 ? file_of(codestream, color_box(c.space)) : codestream);
     const auto expected = [&](int x, int y, int k) {
       const auto sample = [&](int component) { return as_byte(picture, component, x, y); };
       if (!c.converted) return sample(k);
       const double cb = sample(1) - 128, cr = sample(2) - 128;
-      const double rgb[] = {sample(0) + 1.402 * cr, sample(0) - 0.344136 * cb - 0.714136 * cr,
-                            sample(0) + 1.772 * cb};
+      const double rgb[] = {sample(0) + 1.402 * cr, sample(0) - 0.344136 * cb - 0.714136 * cr, sample(0) + 1.772 * cb};
       return std::clamp(rgb[k], 0.0, 255.0);
     };
     EXPECT_LE(worst_error(decoded.color, picture, 3, expected), 0.51);
@@ -322,9 +291,7 @@ TEST(JPX, CutDataGivesWhatDecodes) {
       if (percent < 50) continue;
       // Half of the tiles of a tiled image are sound.
       ASSERT_GE(cut.color.size(), rows.size() * (percent - 25) / 100) << cut.report.problem;
-      if (tile > 0) {
-        EXPECT_EQ(cut.color.substr(0, 64 * 3 * 16), rows.substr(0, 64 * 3 * 16));
-      }
+      if (tile > 0) { EXPECT_EQ(cut.color.substr(0, 64 * 3 * 16), rows.substr(0, 64 * 3 * 16)); }
     }
   }
 }
@@ -361,8 +328,8 @@ TEST(JPX, ADeclaredSizeTakesNoMemory) {
                         {0, 5, 5},
                         {5, 5, 0}}) {
     SCOPED_TRACE(::testing::Message() << c.width << ' ' << c.tile);
-    const std::string fields = big_endian(c.width, 4) + big_endian(c.height, 4) + big_endian(0, 4) +
-                               big_endian(0, 4) + big_endian(c.tile, 4) + big_endian(c.tile, 4);
+    const std::string fields = big_endian(c.width, 4) + big_endian(c.height, 4) + big_endian(0, 4) + big_endian(0, 4) +
+                               big_endian(c.tile, 4) + big_endian(c.tile, 4);
     encoded.replace(size, fields.size(), fields);
     const Decoded decoded = decode(encoded);
     EXPECT_EQ(decoded.color, "");

@@ -18,8 +18,7 @@ TEST(LZW, BringsBytesBack) {
         for (const bool full_table : {false, true}) {
           for (const int piece : {1 << 17, 4097}) {
             const Parms parms({{"EarlyChange", early}});
-            const Decoded decoded =
-                decode("LZW", encode_lzw(bytes, early, full_table), &parms.dict, piece);
+            const Decoded decoded = decode("LZW", encode_lzw(bytes, early, full_table), &parms.dict, piece);
             ASSERT_EQ(decoded.bytes, bytes) << n << ' ' << manner << ' ' << early << full_table;
             ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem;
           }
@@ -54,9 +53,8 @@ TEST(LZW, StopsAtCodesThatDoNotExist) {
     const char* decoded;
     bool damaged;
   } cases[] = {
-      {{256, 65, 300, 66, 257}, "A", true},     {{256, 65, 258, 257}, "AAA", false},
-      {{256, 65, 259, 66, 257}, "A", true},     {{256, 258, 65, 257}, "", true},
-      {{65, 256, 66, 258, 257}, "ABBB", false}, {{256, 256, 65, 66, 257}, "AB", false},
+      {{256, 65, 300, 66, 257}, "A", true}, {{256, 65, 258, 257}, "AAA", false},      {{256, 65, 259, 66, 257}, "A", true},
+      {{256, 258, 65, 257}, "", true},      {{65, 256, 66, 258, 257}, "ABBB", false}, {{256, 256, 65, 66, 257}, "AB", false},
   };
   for (const auto& one : cases) {
     std::string bits;

@@ -14,16 +14,11 @@ TEST(Predictor, BringsRowsBack) {
       for (const int columns : {1, 2, 3, 7, 33, 300}) {
         const int row_bytes = (columns * colors * bits + 7) / 8;
         const int step = (colors * bits + 7) / 8;
-        std::string rows =
-            sample_bytes(static_cast<std::size_t>(row_bytes) * 7, static_cast<std::uint32_t>(bits));
+        std::string rows = sample_bytes(static_cast<std::size_t>(row_bytes) * 7, static_cast<std::uint32_t>(bits));
         for (const int type : {0, 1, 2, 3, 4, 5, 6}) {
           const bool tiff = type == 6;
-          const std::string predicted = tiff ? tiff_predict(rows, row_bytes, colors, bits)
-                                             : png_predict(rows, row_bytes, step, type);
-          const Parms parms({{"Predictor", tiff ? 2 : 10 + type},
-                             {"Colors", colors},
-                             {"BitsPerComponent", bits},
-                             {"Columns", columns}});
+          const std::string predicted = tiff ? tiff_predict(rows, row_bytes, colors, bits) : png_predict(rows, row_bytes, step, type);
+          const Parms parms({{"Predictor", tiff ? 2 : 10 + type}, {"Colors", colors}, {"BitsPerComponent", bits}, {"Columns", columns}});
           const Decoded whole = decode("Fl", deflate(predicted), &parms.dict);
           ASSERT_EQ(whole.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
           ASSERT_FALSE(whole.report.damaged) << whole.report.problem;
@@ -40,10 +35,9 @@ TEST(Predictor, RefusesParametersThatDescribeNoRow) {
     const char* key;
     int value;
   } cases[] = {
-      {"Predictor", 3},        {"Predictor", -1},        {"Predictor", 16},
-      {"BitsPerComponent", 7}, {"BitsPerComponent", 0},  {"BitsPerComponent", 32},
-      {"Colors", 0},           {"Colors", -3},           {"Colors", 2147483647},
-      {"Columns", 0},          {"Columns", -2147483647}, {"Columns", 2147483647},
+      {"Predictor", 3},         {"Predictor", -1},       {"Predictor", 16}, {"BitsPerComponent", 7}, {"BitsPerComponent", 0},
+      {"BitsPerComponent", 32}, {"Colors", 0},           {"Colors", -3},    {"Colors", 2147483647},  {"Columns", 0},
+      {"Columns", -2147483647}, {"Columns", 2147483647},
   };
   for (const auto& one : cases) {
     Parms parms({{"Predictor", 15}, {"Columns", 4}});
@@ -63,8 +57,7 @@ TEST(Predictor, KeepsWhatCameOfABrokenRow) {
   for (std::size_t cut = 1; cut < predicted.size(); ++cut) {
     const std::size_t whole_rows = cut / 13;
     const std::size_t expected = whole_rows * 12 + (cut % 13 > 0 ? cut % 13 - 1 : 0);
-    EXPECT_EQ(decode("Fl", deflate(predicted.substr(0, cut)), &parms.dict).bytes,
-              rows.substr(0, expected));
+    EXPECT_EQ(decode("Fl", deflate(predicted.substr(0, cut)), &parms.dict).bytes, rows.substr(0, expected));
   }
   std::string unknown = predicted;
   unknown[26] = 77;

@@ -35,8 +35,7 @@ std::string read_all(CPDFStream& stream, int piece, std::size_t most) {
   }
 }
 
-Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms,
-               int piece, const CPDFDictionary* image) {
+Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms, int piece, const CPDFDictionary* image) {
   Decoded decoded;
   CPDFFilterSetup setup;
   setup.parms = parms;
@@ -55,9 +54,7 @@ std::string sample_bytes(std::size_t n, std::uint32_t seed) {
   for (std::size_t i = 0; i < n; ++i) {
     state = state * 1664525U + 1013904223U;
     const std::uint32_t block = static_cast<std::uint32_t>(i / 97) + seed;
-    const std::uint32_t value = block % 3 == 0   ? block
-                                : block % 3 == 1 ? static_cast<std::uint32_t>(i) * 3
-                                                 : state >> 24;
+    const std::uint32_t value = block % 3 == 0 ? block : block % 3 == 1 ? static_cast<std::uint32_t>(i) * 3 : state >> 24;
     bytes[i] = static_cast<char>(value & 255);
   }
   return bytes;
@@ -90,8 +87,7 @@ std::string png_predict(const std::string& rows, int row_bytes, int step, int ty
     const auto at = [&](int row, int i) {
       if (row < 0 || i < 0) return 0;
       return int{static_cast<unsigned char>(
-          rows[static_cast<std::size_t>(row) * static_cast<std::size_t>(row_bytes) +
-               static_cast<std::size_t>(i)])};
+          rows[static_cast<std::size_t>(row) * static_cast<std::size_t>(row_bytes) + static_cast<std::size_t>(i)])};
     };
     const int filter = type <= 4 ? type : y % 5;
     out.push_back(static_cast<char>(filter));
@@ -113,16 +109,14 @@ std::string png_predict(const std::string& rows, int row_bytes, int step, int ty
 
 std::string tiff_predict(const std::string& rows, int row_bytes, int colors, int bits) {
   std::string out(rows.size(), '\0');
-  const std::size_t samples_in_row =
-      static_cast<std::size_t>(row_bytes) * 8 / static_cast<std::size_t>(bits);
+  const std::size_t samples_in_row = static_cast<std::size_t>(row_bytes) * 8 / static_cast<std::size_t>(bits);
   const std::size_t width = static_cast<std::size_t>(bits);
   const unsigned mask = (1U << bits) - 1;
   const auto sample = [&](std::size_t row, std::size_t i) {
     unsigned value = 0;
     for (std::size_t k = 0; k < width; ++k) {
       const std::size_t bit = (row * static_cast<std::size_t>(row_bytes)) * 8 + i * width + k;
-      value =
-          value << 1 | (unsigned{static_cast<unsigned char>(rows[bit / 8])} >> (7 - bit % 8) & 1U);
+      value = value << 1 | (unsigned{static_cast<unsigned char>(rows[bit / 8])} >> (7 - bit % 8) & 1U);
     }
     return value;
   };
@@ -132,9 +126,7 @@ std::string tiff_predict(const std::string& rows, int row_bytes, int colors, int
       const unsigned value = (sample(y, i) - (i >= step ? sample(y, i - step) : 0)) & mask;
       for (std::size_t k = 0; k < width; ++k) {
         const std::size_t bit = (y * static_cast<std::size_t>(row_bytes)) * 8 + i * width + k;
-        if ((value >> (width - 1 - k) & 1U) != 0) {
-          out[bit / 8] = static_cast<char>(out[bit / 8] | 0x80 >> (bit % 8));
-        }
+        if ((value >> (width - 1 - k) & 1U) != 0) { out[bit / 8] = static_cast<char>(out[bit / 8] | 0x80 >> (bit % 8)); }
       }
     }
   }

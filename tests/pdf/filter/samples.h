@@ -31,8 +31,7 @@ struct Decoded {
 };
 
 /// Decodes `encoded` with one filter, in reads of `piece` bytes. `image` may be null.
-Decoded decode(const char* filter, const std::string& encoded,
-               const CPDFDictionary* parms = nullptr, int piece = 1 << 16,
+Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms = nullptr, int piece = 1 << 16,
                const CPDFDictionary* image = nullptr);
 
 /// A stream over bytes that outlive it.
@@ -53,8 +52,7 @@ std::string encode_run_length(const std::string& bytes);
 
 /// LZW with codes of 9 to 12 bits. A `full_table` one is not cleared when no more codes are free;
 /// one without `markers` has no clear code at its begin and no end of data.
-std::string encode_lzw(const std::string& bytes, int early_change = 1, bool full_table = false,
-                       bool markers = true);
+std::string encode_lzw(const std::string& bytes, int early_change = 1, bool full_table = false, bool markers = true);
 
 std::string deflate(const std::string& bytes, bool zlib_wrapper = true);
 std::string png_predict(const std::string& rows, int row_bytes, int step, int type);

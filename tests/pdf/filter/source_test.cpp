@@ -12,9 +12,7 @@ namespace {
 
 class Source : public testing::Test {
  protected:
-  Source() : path_(testing::TempDir() + "pdfbmp_source_" + std::to_string(getpid())) {
-    std::ofstream(path_, std::ios::binary) << bytes_;
-  }
+  Source() : path_(testing::TempDir() + "pdfbmp_source_" + std::to_string(getpid())) { std::ofstream(path_, std::ios::binary) << bytes_; }
   ~Source() override { std::remove(path_.c_str()); }
 
   const std::string bytes_ = sample_bytes(200000, 5);
@@ -23,8 +21,7 @@ class Source : public testing::Test {
 
 TEST_F(Source, ReadsAnyPieceOfFilesAndMemory) {
   std::string error;
-  for (const auto& source :
-       {pdfbmp::open_file_source(path_, error), pdfbmp::make_memory_source(bytes_)}) {
+  for (const auto& source : {pdfbmp::open_file_source(path_, error), pdfbmp::make_memory_source(bytes_)}) {
     ASSERT_NE(source, nullptr) << error;
     EXPECT_EQ(source->size(), 200000);
     const struct {
@@ -41,8 +38,7 @@ TEST_F(Source, ReadsAnyPieceOfFilesAndMemory) {
         {7, std::int64_t{1} << 62, 7, 199993},
     };
     for (const auto& one : cases) {
-      const std::string expected =
-          bytes_.substr(static_cast<std::size_t>(one.begin), static_cast<std::size_t>(one.count));
+      const std::string expected = bytes_.substr(static_cast<std::size_t>(one.begin), static_cast<std::size_t>(one.count));
       for (const int piece : {37, 65536, 100000}) {
         const auto stream = pdfbmp::make_source_stream(source, one.offset, one.length);
         ASSERT_NE(stream, nullptr);

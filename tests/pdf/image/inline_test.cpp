@@ -16,10 +16,7 @@ namespace {
 /// are unknown.
 class AddStream : public CPDFStream {
  public:
-  AddStream(int& live, unsigned char* bytes, int count, int added)
-      : CPDFStream(bytes, count, 1), live_(live), added_(added) {
-    ++live_;
-  }
+  AddStream(int& live, unsigned char* bytes, int count, int added) : CPDFStream(bytes, count, 1), live_(live), added_(added) { ++live_; }
   ~AddStream() override { --live_; }
   int read_block(void* dst, int n) override {
     const int read = CPDFStream::read_block(dst, n);
@@ -54,16 +51,13 @@ class Inline : public testing::Test {
       const bool known = entry->type == PDF_NAME && std::strcmp(entry->name(), "Own") == 0;
       return known ? new (std::nothrow) TestSpace(space, 8, 1) : nullptr;
     };
-    image_seams().inline_stream = [this](unsigned char* bytes, int len, const char* filter,
-                                         const CPDFDictionary* parms) -> CPDFStream* {
+    image_seams().inline_stream = [this](unsigned char* bytes, int len, const char* filter, const CPDFDictionary* parms) -> CPDFStream* {
       calls += filter != nullptr ? filter : "null";
-      if (parms != nullptr)
-        calls += "{" + std::string(CPDFDictionary::key_of(parms->items[0])) + "}";
+      if (parms != nullptr) calls += "{" + std::string(CPDFDictionary::key_of(parms->items[0])) + "}";
       calls += " ";
       if (filter != nullptr && std::strcmp(filter, "Big") == 0) return new (std::nothrow) BigStream;
       if (filter != nullptr && filter[0] != '+') return nullptr;
-      return new (std::nothrow) AddStream(live, bytes, bytes != nullptr ? len : 0,
-                                          filter != nullptr ? filter[1] - '0' : 0);
+      return new (std::nothrow) AddStream(live, bytes, bytes != nullptr ? len : 0, filter != nullptr ? filter[1] - '0' : 0);
     };
   }
   ~Inline() override {
@@ -95,10 +89,8 @@ TEST_F(Inline, Keys) {
   } const cases[] = {
       {"empty", "", -1, -1, 0, 0, false, 0, 0},
       {"abbreviated", "/W 5 /H 6 /BPC 4 /IM true /D [1 0]", 5, 6, 4, 1, true, 255, 0},
-      {"full", "/Width 5 /Height 6 /BitsPerComponent 4 /ImageMask true /Decode [0 0.5]", 5, 6, 4, 1,
-       true, 0, 128},
-      {"abbreviated wins", "/W 5 /Width 6 /IM false /ImageMask true /D [] /Decode [1 1]", 5, -1, 0,
-       0, true, 0, 0},
+      {"full", "/Width 5 /Height 6 /BitsPerComponent 4 /ImageMask true /Decode [0 0.5]", 5, 6, 4, 1, true, 0, 128},
+      {"abbreviated wins", "/W 5 /Width 6 /IM false /ImageMask true /D [] /Decode [1 1]", 5, -1, 0, 0, true, 0, 0},
       {"reals", "/W 2.5 /H -0.5", 3, 0, 0, 0, false, 0, 0},
       {"wrong kinds", "/W /A /Width 7 /H (x) /IM /A /ImageMask 1", 7, -1, 0, 1, false, 0, 0},
       {"not resolved", "/W 3 R /D 3 R", -1, -1, 0, 0, false, 0, 0},
@@ -137,11 +129,10 @@ TEST_F(Inline, ColorSpaces) {
     const CPDFCSBase* expected;
     int borrowed;
   } const cases[] = {
-      {"/W 1", &resources, nullptr, 0},        {"/CS /CsA", &resources, &a, 1},
-      {"/ColorSpace /CsB", &resources, &b, 1}, {"/CS (CsC)", &resources, &c, 1},
-      {"/CS /CsAA", &resources, nullptr, 1},   {"/CS /A", &resources, nullptr, 1},
-      {"/CS /Z", &resources, nullptr, 1},      {"/CS 5", &resources, nullptr, 1},
-      {"/CS /CsA", nullptr, nullptr, 1},       {"/CS /CsA", &none, nullptr, 1},
+      {"/W 1", &resources, nullptr, 0},   {"/CS /CsA", &resources, &a, 1},       {"/ColorSpace /CsB", &resources, &b, 1},
+      {"/CS (CsC)", &resources, &c, 1},   {"/CS /CsAA", &resources, nullptr, 1}, {"/CS /A", &resources, nullptr, 1},
+      {"/CS /Z", &resources, nullptr, 1}, {"/CS 5", &resources, nullptr, 1},     {"/CS /CsA", nullptr, nullptr, 1},
+      {"/CS /CsA", &none, nullptr, 1},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.dict);
@@ -239,8 +230,7 @@ TEST_F(Inline, StageIsCutAt4MiB) {
 
 TEST_F(Inline, SurvivesFailingAllocations) {
   CPDFObjHolder dict;
-  read_object(dict,
-              "<</W 3 /H 1 /BPC 8 /CS /Own /F [/+1 /+2 /+4] /DP [<</P 1>> null null] /D [1 0]>>");
+  read_object(dict, "<</W 3 /H 1 /BPC 8 /CS /Own /F [/+1 /+2 /+4] /DP [<</P 1>> null null] /D [1 0]>>");
   fault_alloc::sweep([&] {
     CPDFImage image;
     image.load_inline(dict.dict(), data, 3, nullptr);

@@ -19,12 +19,9 @@ TEST(LargeImage, ScaleByPixelCount) {
   struct Case {
     std::int64_t count;
     Scale scale, without_quarter;
-  } const cases[] = {{0, Scale::full, Scale::full},
-                     {41943040, Scale::full, Scale::full},
-                     {41943041, Scale::half, Scale::half},
-                     {83886080, Scale::half, Scale::half},
-                     {83886081, Scale::quarter, Scale::half},
-                     {std::int64_t{1} << 33, Scale::quarter, Scale::half}};
+  } const cases[] = {{0, Scale::full, Scale::full},           {41943040, Scale::full, Scale::full},
+                     {41943041, Scale::half, Scale::half},    {83886080, Scale::half, Scale::half},
+                     {83886081, Scale::quarter, Scale::half}, {std::int64_t{1} << 33, Scale::quarter, Scale::half}};
   for (const Case& c : cases) {
     EXPECT_EQ(scale_of(c.count, false), c.scale) << c.count;
     EXPECT_EQ(scale_of(c.count, true), c.without_quarter) << c.count;
@@ -35,20 +32,15 @@ TEST(LargeImage, ScaleByPixelCount) {
 TEST(LargeImage, ColorIsReduced) {
   struct Layout {
     int bpc, components, colors;
-  } const layouts[] = {{1, 1, 2},  {2, 1, 4},  {4, 1, 16}, {8, 1, 256},
-                       {8, 3, -1}, {8, 4, -1}, {8, 2, -1}, {16, 1, -1}};
+  } const layouts[] = {{1, 1, 2}, {2, 1, 4}, {4, 1, 16}, {8, 1, 256}, {8, 3, -1}, {8, 4, -1}, {8, 2, -1}, {16, 1, -1}};
   struct Size {
     int width, height, step;
     unsigned flags;
-  } const sizes[] = {{8203, 5124, 2, 0},
-                     {16933, 2477, 2, 0},
-                     {8203, 10247, 4, 0},
-                     {8201, 10245, 2, CPDFImage::no_quarter}};
+  } const sizes[] = {{8203, 5124, 2, 0}, {16933, 2477, 2, 0}, {8203, 10247, 4, 0}, {8201, 10245, 2, CPDFImage::no_quarter}};
   for (const Size& size : sizes) {
     for (const Layout& layout : layouts) {
       if (size.flags != 0 && layout.bpc != 1) continue;
-      SCOPED_TRACE(testing::Message()
-                   << layout.bpc << " x " << layout.components << " at 1/" << size.step);
+      SCOPED_TRACE(testing::Message() << layout.bpc << " x " << layout.components << " at 1/" << size.step);
       TestImage t(size.width, size.height, layout.bpc, 7, layout.components);
       t.image->flags = size.flags;
       StreamLog expected_reads;
@@ -62,9 +54,7 @@ TEST(LargeImage, ColorIsReduced) {
       EXPECT_EQ(bmp->height, (size.height + size.step - 1) / size.step);
       EXPECT_TRUE(memory_of(bmp) == expected);
       EXPECT_TRUE(t.reads.reads == expected_reads.reads);
-      if (layout.colors >= 0) {
-        EXPECT_EQ(t.space.colors, layout.colors);
-      }
+      if (layout.colors >= 0) { EXPECT_EQ(t.space.colors, layout.colors); }
     }
   }
 }
@@ -79,9 +69,8 @@ TEST(LargeImage, MonoIsAveraged) {
       {1539, 87211, 1, 4},  // 2^27 + 1
       {8192, 8192, 8, 1},   // 2^26
       {8321, 8065, 8, 4},   // 2^26 + 1
-      {8322, 8067, 8, 4},  {8323, 8067, 8, 4},  {8324, 8066, 8, 4},  {10005, 3401, 1, 2},
-      {10006, 3401, 1, 2}, {10007, 3402, 1, 2}, {10000, 3402, 1, 2}, {20002, 6803, 1, 4},
-      {20005, 6805, 1, 4}, {20008, 6806, 1, 4},
+      {8322, 8067, 8, 4},  {8323, 8067, 8, 4},  {8324, 8066, 8, 4},  {10005, 3401, 1, 2}, {10006, 3401, 1, 2},
+      {10007, 3402, 1, 2}, {10000, 3402, 1, 2}, {20002, 6803, 1, 4}, {20005, 6805, 1, 4}, {20008, 6806, 1, 4},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.bpc << " bits, " << c.width << " x " << c.height);
@@ -126,9 +115,7 @@ TEST(LargeImage, MonoLevels) {
     _KXRGBA palette[256];
     const CKXBmp8* bmp = t.image->get_bmp_mono(palette);
     ASSERT_NE(bmp, nullptr);
-    for (int x = 0; x < bmp->width; ++x) {
-      ASSERT_EQ(bmp->pixels[x], c.pixels[static_cast<size_t>(x) % c.pixels.size()]) << x;
-    }
+    for (int x = 0; x < bmp->width; ++x) { ASSERT_EQ(bmp->pixels[x], c.pixels[static_cast<size_t>(x) % c.pixels.size()]) << x; }
   }
 }
 

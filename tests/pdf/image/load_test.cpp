@@ -28,12 +28,8 @@ CPDFCSBase* parse_space(SpaceLog& log, const CPDFObj* entry) {
 class Load : public testing::Test {
  protected:
   Load() {
-    table.make = [this](const CPDFStreamRec*) -> CPDFStream* {
-      return new (std::nothrow) ScriptedStream(reads, {});
-    };
-    image_seams().parser_cs = [this](const CPDFObj* entry, CPDFXRefTable*) {
-      return parse_space(space, entry);
-    };
+    table.make = [this](const CPDFStreamRec*) -> CPDFStream* { return new (std::nothrow) ScriptedStream(reads, {}); };
+    image_seams().parser_cs = [this](const CPDFObj* entry, CPDFXRefTable*) { return parse_space(space, entry); };
   }
   ~Load() override {
     image_seams() = {};
@@ -95,8 +91,7 @@ struct Case {
 };
 
 TEST_F(Load, Keys) {
-  table.objects = {{1, "40"},    {2, "true"}, {3, "[1 0.25]"},     {4, "stream 40 <</Width 3>>"},
-                   {5, "/Gray"}, {6, "0.5"},  {7, "stream 7 <<>>"}};
+  table.objects = {{1, "40"}, {2, "true"}, {3, "[1 0.25]"}, {4, "stream 40 <</Width 3>>"}, {5, "/Gray"}, {6, "0.5"}, {7, "stream 7 <<>>"}};
   const Case cases[] = {
       {"nothing", "", ""},
       {"sizes", "/Width 10 /Height 20 /BitsPerComponent 4", "w=10 h=20 bpc=4"},
@@ -119,8 +114,7 @@ TEST_F(Load, Keys) {
       {"key odd", "/Mask [1 2 3]", "has_mask=1 key_min=1,3 key_max=2"},
       {"key kinds", "/Mask [1.5 1 R /A 7]", "has_mask=1 key_min=2 key_max=40,7"},
       {"key by reference", "/Mask 3 R", "has_mask=1 key_min=1"},
-      {"key too long",
-       "/Mask [1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 9 9]",
+      {"key too long", "/Mask [1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 1 2 9 9]",
        "has_mask=1 key_min=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1 "
        "key_max=2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,2"},
       {"mask", "/Mask 4 R", "has_mask=1 mask(w=3)"},
@@ -131,10 +125,8 @@ TEST_F(Load, Keys) {
       {"soft mask is a name", "/SMask /None", "smask(bpc=0 interpolate=1 no-stream)"},
       {"soft mask lost", "/SMask 99 R", "smask(bpc=0 interpolate=1 no-stream)"},
       {"decode", "/ColorSpace /Gray /Decode [1 0]", "cs=1 has_decode=1 dmin=255"},
-      {"decode without space", "/Decode [0 1 0.5 1.2 -1 3 R]",
-       "has_decode=1 dmin=0,128 dmax=255,255"},
-      {"decode indexed", "/ColorSpace /Indexed /Decode [15 0.5]",
-       "cs=8 has_decode=1 dmin=15 dmax=1"},
+      {"decode without space", "/Decode [0 1 0.5 1.2 -1 3 R]", "has_decode=1 dmin=0,128 dmax=255,255"},
+      {"decode indexed", "/ColorSpace /Indexed /Decode [15 0.5]", "cs=8 has_decode=1 dmin=15 dmax=1"},
       {"decode empty", "/Decode []", "has_decode=1"},
       {"decode odd", "/Decode [0 1 1]", "has_decode=1 dmin=0,255 dmax=255"},
       {"decode by reference", "/Decode 3 R", "has_decode=1 dmin=255 dmax=64"},
@@ -189,13 +181,9 @@ TEST_F(Load, MaskChains) {
     const char* result;
   } const chains[] = {
       {"self", {{1, "stream 1 <</Width 1 /Mask 1 R /SMask 1 R>>"}}, "w=1"},
-      {"parent",
-       {{1, "stream 1 <</Width 1 /SMask 2 R>>"}, {2, "stream 2 <</Width 2 /SMask 1 R /Mask 2 R>>"}},
-       "w=1 smask(w=2)"},
+      {"parent", {{1, "stream 1 <</Width 1 /SMask 2 R>>"}, {2, "stream 2 <</Width 2 /SMask 1 R /Mask 2 R>>"}}, "w=1 smask(w=2)"},
       {"grandparent",
-       {{1, "stream 1 <</Width 1 /SMask 2 R>>"},
-        {2, "stream 2 <</Width 2 /Mask 3 R>>"},
-        {3, "stream 4294967299 <</Width 3 /SMask 1 R>>"}},
+       {{1, "stream 1 <</Width 1 /SMask 2 R>>"}, {2, "stream 2 <</Width 2 /Mask 3 R>>"}, {3, "stream 4294967299 <</Width 3 /SMask 1 R>>"}},
        "w=1 smask(w=2 has_mask=1 mask(w=3))"},
       {"same low word", {{1, "stream 1 <</SMask 2 R>>"}, {2, "stream 4294967297 <<>>"}}, ""},
       {"five deep",
@@ -206,9 +194,7 @@ TEST_F(Load, MaskChains) {
         {5, "stream 5 <</Width 5 /SMask 6 R /Mask 6 R>>"},
         {6, "stream 6 <</Width 6>>"}},
        "w=1 smask(w=2 smask(w=3 has_mask=1 mask(w=4 smask(w=5))))"},
-      {"siblings",
-       {{1, "stream 1 <</Mask 2 R /SMask 2 R>>"}, {2, "stream 2 <</Width 2>>"}},
-       "has_mask=1 mask(w=2) smask(w=2)"},
+      {"siblings", {{1, "stream 1 <</Mask 2 R /SMask 2 R>>"}, {2, "stream 2 <</Width 2>>"}}, "has_mask=1 mask(w=2) smask(w=2)"},
   };
   for (const Chain& chain : chains) {
     SCOPED_TRACE(chain.name);
@@ -227,13 +213,11 @@ TEST_F(Load, JpxRule) {
     int family, bpc_after;
     bool replaced;
   } const rules[] = {
-      {4, -1, 8, "/Gray", false, 5, 8, true},   {4, -1, 8, "/Gray", true, 12, 8, true},
-      {4, -1, 8, "/CMYK", true, 5, 8, false},   {4, -1, 8, "/None", false, 5, 8, true},
-      {1, 0, 4, "/Indexed", false, 1, 8, true}, {1, 3, 8, "/Indexed", false, 8, 8, false},
-      {1, -1, 7, "/Gray", false, 1, 8, true},   {1, -1, 4, "/RGB", false, 1, 4, true},
-      {1, -1, 0, "/None", false, 1, 8, true},   {1, -1, 16, "/Gray", false, 1, 16, false},
-      {3, -1, 8, "/None", false, 3, 8, true},   {2, -1, 8, "/None", false, 3, 8, true},
-      {3, -1, 4, "/RGB", false, 3, 4, false},   {5, -1, 8, "/CMYK", false, 3, 8, true},
+      {4, -1, 8, "/Gray", false, 5, 8, true},    {4, -1, 8, "/Gray", true, 12, 8, true},   {4, -1, 8, "/CMYK", true, 5, 8, false},
+      {4, -1, 8, "/None", false, 5, 8, true},    {1, 0, 4, "/Indexed", false, 1, 8, true}, {1, 3, 8, "/Indexed", false, 8, 8, false},
+      {1, -1, 7, "/Gray", false, 1, 8, true},    {1, -1, 4, "/RGB", false, 1, 4, true},    {1, -1, 0, "/None", false, 1, 8, true},
+      {1, -1, 16, "/Gray", false, 1, 16, false}, {3, -1, 8, "/None", false, 3, 8, true},   {2, -1, 8, "/None", false, 3, 8, true},
+      {3, -1, 4, "/RGB", false, 3, 4, false},    {5, -1, 8, "/CMYK", false, 3, 8, true},
   };
   int made_components = 0, made_alpha = 0;
   table.make = [&](const CPDFStreamRec*) -> CPDFStream* {
@@ -249,8 +233,8 @@ TEST_F(Load, JpxRule) {
     made_alpha = rule.alpha;
     CPDFCSDeviceCMYKExt::ms_icc = rule.table ? cmyk : nullptr;
     CPDFImage image;
-    load(image, "stream 1 <</Width 1 /ColorSpace " + std::string(rule.space) +
-                    " /BitsPerComponent " + std::to_string(rule.bpc) + " /Decode [1 2] >>");
+    load(image, "stream 1 <</Width 1 /ColorSpace " + std::string(rule.space) + " /BitsPerComponent " + std::to_string(rule.bpc) +
+                    " /Decode [1 2] >>");
     ASSERT_NE(image.cs, nullptr);
     EXPECT_EQ(image.cs->family, rule.family);
     EXPECT_EQ(dynamic_cast<TestSpace*>(image.cs) == nullptr, rule.replaced);
@@ -267,10 +251,9 @@ TEST_F(Load, JpxRule) {
 TEST_F(Load, SurvivesFailingAllocations) {
   table.objects[4] = "stream 4 <</Width 5 /Height 3 /ColorSpace /Gray /Matte [1] /Decode [1 0]>>";
   CPDFObjHolder source;
-  const char* const dicts[] = {
-      "/ColorSpace /Gray /Mask [1 2] /SMask 4 R /Decode [1 0]", "/ColorSpace /RGB /Mask 4 R",
-      "/ColorSpace /Gray /BitsPerComponent 1", "/ColorSpace /CMYK /Decode [1 0 1 0]",
-      "/ColorSpace /Gray /Decode [1 0]"};
+  const char* const dicts[] = {"/ColorSpace /Gray /Mask [1 2] /SMask 4 R /Decode [1 0]", "/ColorSpace /RGB /Mask 4 R",
+                               "/ColorSpace /Gray /BitsPerComponent 1", "/ColorSpace /CMYK /Decode [1 0 1 0]",
+                               "/ColorSpace /Gray /Decode [1 0]"};
   for (const char* dict : dicts) {
     SCOPED_TRACE(dict);
     read_object(source, (std::string("stream 1 <</Width 9 /Height 3 ") + dict + ">>").c_str());
@@ -289,9 +272,7 @@ TEST_F(Load, SurvivesFailingAllocations) {
                                 : which == 2 ? one->get_mask()
                                 : which == 3 ? one->get_smask()
                                              : static_cast<CKXBmp*>(one->get_bmp_mono(palette));
-            if (bmp != nullptr) {
-              ASSERT_NE(bmp->pixels, nullptr);
-            }
+            if (bmp != nullptr) { ASSERT_NE(bmp->pixels, nullptr); }
           }
           image.get_matte();
           image.unload();

@@ -64,8 +64,7 @@ TEST(Requests, TakeWhatTheyReadAndCacheIt) {
   for (const Case& c : cases) {
     for (int which = 0; which < 5; ++which) {
       for (const int borrowed : {0, 1}) {
-        SCOPED_TRACE(testing::Message()
-                     << c.name << ", " << request_names[which] << ", " << borrowed);
+        SCOPED_TRACE(testing::Message() << c.name << ", " << request_names[which] << ", " << borrowed);
         TestImage t(c.width, c.height, c.bpc, c.family, c.components);
         CPDFImage& image = *t.image;
         CPDFCSBase* space = image.cs;
@@ -85,20 +84,14 @@ TEST(Requests, TakeWhatTheyReadAndCacheIt) {
         EXPECT_EQ(image.stream != nullptr, answer == '.');
         const bool space_goes = borrowed == 0 && (answer == 'd' || (answer == 'B' && which < 2));
         EXPECT_EQ(image.cs, space_goes ? nullptr : space);
-        if (answer == '.') {
-          EXPECT_EQ(palette[0].a, 0x5A);
-        }
+        if (answer == '.') { EXPECT_EQ(palette[0].a, 0x5A); }
 
         for (int again = 0; again < 5; ++again) {
           if (answer == '.' && again != which) continue;
           const bool is_cached = again == which || (which + again == 5 && which > 1 && again > 1);
           const CKXBmp* second = request(image, again, palette);
-          if (again == which && !space_goes) {
-            EXPECT_EQ(second, bmp);
-          }
-          if (!is_cached) {
-            EXPECT_EQ(second, nullptr);
-          }
+          if (again == which && !space_goes) { EXPECT_EQ(second, bmp); }
+          if (!is_cached) { EXPECT_EQ(second, nullptr); }
         }
         EXPECT_EQ(t.reads.reads.size(), reads);
         t.image.reset();
@@ -142,20 +135,14 @@ TEST(Requests, DecoderOfEachLayout) {
         t.give({});
         direct.give({});
         CPDFImage& image = *direct.image;
-        CKXBmp* made = gray ? static_cast<CKXBmp*>(image.bmp_gray = new CKXBmpGray)
-                            : (image.bmp = new CKXBmp32(7, 3));
+        CKXBmp* made = gray ? static_cast<CKXBmp*>(image.bmp_gray = new CKXBmpGray) : (image.bmp = new CKXBmp32(7, 3));
         if (gray) image.bmp_gray->create(7, 3);
         const auto [color_decoder, gray_decoder] = named(bpc > 8 ? 0 : bpc * components);
-        const int decoded =
-            color_decoder == nullptr
-                ? (gray ? image.load_bmpg_fromN(components) : image.load_bmp_fromN(components))
-                : (image.*(gray ? gray_decoder : color_decoder))();
-        const CKXBmp* bmp =
-            gray ? static_cast<CKXBmp*>(t.image->get_bmp_gray()) : t.image->get_bmp();
+        const int decoded = color_decoder == nullptr ? (gray ? image.load_bmpg_fromN(components) : image.load_bmp_fromN(components))
+                                                     : (image.*(gray ? gray_decoder : color_decoder))();
+        const CKXBmp* bmp = gray ? static_cast<CKXBmp*>(t.image->get_bmp_gray()) : t.image->get_bmp();
         EXPECT_EQ(bmp != nullptr, decoded == 1 || gray);
-        if (bmp != nullptr) {
-          EXPECT_EQ(memory_of(bmp), memory_of(made));
-        }
+        if (bmp != nullptr) { EXPECT_EQ(memory_of(bmp), memory_of(made)); }
         EXPECT_EQ(t.reads.reads, direct.reads.reads);
       }
     }
@@ -179,14 +166,12 @@ TEST(Requests, JpxAlpha) {
       } else {
         image.bmp = new CKXBmp32(width, height);
         EXPECT_EQ(step == 2 ? image.load_bmp_from24_half() : image.load_bmp_from24_4in1(), 1);
-        EXPECT_EQ(step == 2 ? image.load_jpx_alpha_half() : image.load_jpx_alpha_4in1(),
-                  alpha ? 1 : 0);
+        EXPECT_EQ(step == 2 ? image.load_jpx_alpha_half() : image.load_jpx_alpha_4in1(), alpha ? 1 : 0);
       }
       Bytes expected = colors;
       for (int y = 0; y < height && alpha; ++y) {
         for (int x = 0; x < width && y * step != 2; ++x) {
-          expected[static_cast<size_t>(((height - 1 - y) * width + x) * 4 + 3)] =
-              sample_byte(9, y * step, x * step);
+          expected[static_cast<size_t>(((height - 1 - y) * width + x) * 4 + 3)] = sample_byte(9, y * step, x * step);
         }
       }
       EXPECT_EQ(memory_of(image.bmp), expected);
@@ -247,12 +232,8 @@ TEST(Requests, PaletteTables) {
     EXPECT_EQ(eight[k], keyed ? 0 : opaque) << k;
     color.val[0] = 16 * k;
     t.image->cs->get_rgb(color, pixel);
-    if (k < 16) {
-      EXPECT_EQ(four[k].b, keyed ? 0 : pixel.b) << k;
-    }
-    if (k < 16) {
-      EXPECT_EQ(four[k].a, keyed ? 0 : 255) << k;
-    }
+    if (k < 16) { EXPECT_EQ(four[k].b, keyed ? 0 : pixel.b) << k; }
+    if (k < 16) { EXPECT_EQ(four[k].a, keyed ? 0 : 255) << k; }
   }
 }
 
@@ -282,8 +263,7 @@ template <class Base>
 class Logged : public Base {
  public:
   template <class... Args>
-  Logged(std::string& log, const char* name, Args... args)
-      : Base(args...), log_(log), name_(name) {}
+  Logged(std::string& log, const char* name, Args... args) : Base(args...), log_(log), name_(name) {}
   ~Logged() override { log_ += std::string(name_) + " "; }
 
  private:
@@ -311,8 +291,7 @@ TEST(Lifecycle, ReleasedInOrder) {
         image.cs_borrowed = borrowed ? 1 : 0;
         if (unload) {
           image.unload();
-          EXPECT_EQ(log, borrowed ? "bmp gray mono opacity mask smask "
-                                  : "bmp gray mono opacity mask smask space ");
+          EXPECT_EQ(log, borrowed ? "bmp gray mono opacity mask smask " : "bmp gray mono opacity mask smask space ");
           EXPECT_EQ(image.cs, borrowed ? space : nullptr);
           EXPECT_NE(image.stream, nullptr);
           EXPECT_EQ(image.width + image.height + image.jpx_alpha, 0);

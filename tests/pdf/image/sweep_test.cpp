@@ -12,24 +12,22 @@ namespace {
 struct Layout {
   int bpc, components, family;
 };
-constexpr Layout layouts[] = {
-    {1, 1, 7}, {1, 1, 8}, {2, 1, 7}, {2, 1, 8}, {4, 1, 7},  {4, 1, 8},  {8, 1, 7}, {8, 1, 8},
-    {1, 2, 7}, {2, 2, 7}, {1, 4, 7}, {4, 2, 7}, {2, 4, 7},  {1, 8, 7},  {8, 3, 7}, {8, 3, 3},
-    {8, 3, 4}, {8, 4, 7}, {8, 2, 7}, {8, 5, 7}, {16, 1, 7}, {16, 3, 7}, {9, 1, 7}, {3, 1, 7},
-    {2, 3, 7}, {5, 3, 7}, {1, 3, 7}, {7, 2, 7}, {12, 2, 7}, {4, 4, 7},  {3, 16, 7}};
+constexpr Layout layouts[] = {{1, 1, 7}, {1, 1, 8}, {2, 1, 7}, {2, 1, 8}, {4, 1, 7},  {4, 1, 8},  {8, 1, 7}, {8, 1, 8},
+                              {1, 2, 7}, {2, 2, 7}, {1, 4, 7}, {4, 2, 7}, {2, 4, 7},  {1, 8, 7},  {8, 3, 7}, {8, 3, 3},
+                              {8, 3, 4}, {8, 4, 7}, {8, 2, 7}, {8, 5, 7}, {16, 1, 7}, {16, 3, 7}, {9, 1, 7}, {3, 1, 7},
+                              {2, 3, 7}, {5, 3, 7}, {1, 3, 7}, {7, 2, 7}, {12, 2, 7}, {4, 4, 7},  {3, 16, 7}};
 
 using Decoder = int (CPDFImage::*)();
 struct Reduced {
   int n;
   Decoder half, quarter;
 };
-constexpr Reduced reduced[] = {
-    {1, &CPDFImage::load_bmp_from1_half, &CPDFImage::load_bmp_from1_4in1},
-    {2, &CPDFImage::load_bmp_from2_half, &CPDFImage::load_bmp_from2_4in1},
-    {4, &CPDFImage::load_bmp_from4_half, &CPDFImage::load_bmp_from4_4in1},
-    {8, &CPDFImage::load_bmp_from8_half, &CPDFImage::load_bmp_from8_4in1},
-    {24, &CPDFImage::load_bmp_from24_half, &CPDFImage::load_bmp_from24_4in1},
-    {32, &CPDFImage::load_bmp_from32_half, &CPDFImage::load_bmp_from32_4in1}};
+constexpr Reduced reduced[] = {{1, &CPDFImage::load_bmp_from1_half, &CPDFImage::load_bmp_from1_4in1},
+                               {2, &CPDFImage::load_bmp_from2_half, &CPDFImage::load_bmp_from2_4in1},
+                               {4, &CPDFImage::load_bmp_from4_half, &CPDFImage::load_bmp_from4_4in1},
+                               {8, &CPDFImage::load_bmp_from8_half, &CPDFImage::load_bmp_from8_4in1},
+                               {24, &CPDFImage::load_bmp_from24_half, &CPDFImage::load_bmp_from24_4in1},
+                               {32, &CPDFImage::load_bmp_from32_half, &CPDFImage::load_bmp_from32_4in1}};
 
 /// Runs a reduced decoder as its request would.
 int decode_reduced(CPDFImage& image, int step) {
@@ -57,8 +55,7 @@ void set_decode(CPDFImage& image, Decode decode) {
 /// it, a mask image's.
 constexpr int key_count = 7;
 void set_key(CPDFImage& image, int key) {
-  constexpr int bounds[key_count][2] = {{0, 0},    {1, 130}, {140, 2}, {-7, 9},
-                                        {13, 400}, {90, -7}, {0, 255}};
+  constexpr int bounds[key_count][2] = {{0, 0}, {1, 130}, {140, 2}, {-7, 9}, {13, 400}, {90, -7}, {0, 255}};
   if (key == 0) return;
   image.has_mask = 1;
   if (key == 6) image.mask = new CPDFImage;
@@ -82,10 +79,9 @@ void sweep(Check check) {
           TestImage t(width, height, layout.bpc, layout.family, layout.components);
           set_decode(*t.image, decode);
           set_key(*t.image, key);
-          SCOPED_TRACE(testing::Message() << layout.bpc << " bits x " << layout.components
-                                          << ", family " << layout.family << ", " << width << " x "
-                                          << height << ", decode " << static_cast<int>(decode)
-                                          << ", key " << key << ", script " << script.seed);
+          SCOPED_TRACE(testing::Message() << layout.bpc << " bits x " << layout.components << ", family " << layout.family << ", " << width
+                                          << " x " << height << ", decode " << static_cast<int>(decode) << ", key " << key << ", script "
+                                          << script.seed);
           check(t, script);
           if (testing::Test::HasFatalFailure()) return;
         }
@@ -160,10 +156,9 @@ TEST(ImageSweep, MasksSoftMasksAndMono) {
                                   : c.request == soft_mask ? t.image->get_smask()
                                                            : t.image->get_mask());
       const int one = (c.request == soft_mask) != reversed ? 255 : 0;
-      const Bytes expected = c.request == mono ? image_reference::mono(*t.image, 1, stream)
-                             : c.bpc == 8 && c.request == soft_mask
-                                 ? image_reference::bytes(*t.image, reversed, stream)
-                                 : image_reference::bits(*t.image, 255 - one, one, stream);
+      const Bytes expected = c.request == mono                      ? image_reference::mono(*t.image, 1, stream)
+                             : c.bpc == 8 && c.request == soft_mask ? image_reference::bytes(*t.image, reversed, stream)
+                                                                    : image_reference::bits(*t.image, 255 - one, one, stream);
       ASSERT_TRUE(got == expected);
       ASSERT_EQ(t.reads.reads, expected_reads.reads);
       EXPECT_EQ(t.reads.live, 0);

@@ -29,9 +29,7 @@ struct TestImage {
 };
 
 /// A stream that delivers these bytes.
-inline CPDFStream* stream_of(Bytes& bytes) {
-  return new CPDFStream(bytes.data(), static_cast<int>(bytes.size()), 1);
-}
+inline CPDFStream* stream_of(Bytes& bytes) { return new CPDFStream(bytes.data(), static_cast<int>(bytes.size()), 1); }
 
 /// All of a bitmap's memory; nothing for null.
 inline Bytes memory_of(const CKXBmp* bmp) {

@@ -20,8 +20,7 @@ std::string text_of(const CPDFObj& obj) {
   const auto entries = [](const CPDFDictionary& dict) {
     std::string out;
     for (int i = 0; i < dict.count; ++i) {
-      out +=
-          std::string("/") + CPDFDictionary::key_of(dict.items[i]) + " " + text_of(*dict.items[i]);
+      out += std::string("/") + CPDFDictionary::key_of(dict.items[i]) + " " + text_of(*dict.items[i]);
     }
     return out;
   };
@@ -40,8 +39,7 @@ std::string text_of(const CPDFObj& obj) {
     case PDF_DICTIONARY:
       return "<<" + entries(*obj.dict()) + ">> ";
     case PDF_STREAM:
-      return "stream" + std::to_string(obj.stream()->location[1]) + entries(obj.stream()->dict) +
-             " ";
+      return "stream" + std::to_string(obj.stream()->location[1]) + entries(obj.stream()->dict) + " ";
     default:
       return std::to_string(obj.type) + ":" + std::to_string(obj.value) + " ";
   }
@@ -144,14 +142,10 @@ TEST(Object, DictionaryIsSortedAndSearched) {
     for (int i = 0; i < 7; ++i) {
       const CPDFObj* found = find_key(&dict, keys[i]);
       ASSERT_EQ(found != nullptr, i <= count) << keys[i];
-      if (found != nullptr) {
-        EXPECT_EQ(found->as_int(), i);
-      }
+      if (found != nullptr) { EXPECT_EQ(found->as_int(), i); }
     }
     for (int i = 1; i < dict.count; ++i) {
-      EXPECT_LT(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]),
-                            CPDFDictionary::key_of(dict.items[i])),
-                0);
+      EXPECT_LT(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]), CPDFDictionary::key_of(dict.items[i])), 0);
     }
   }
   CPDFObj* again = dict.set("M");
@@ -168,24 +162,20 @@ TEST(Access, ReadsEachKind) {
     double fixed;
     int items;
   } const cases[] = {
-      {"7", 7, 0, 7, -1},    {"-0.5", 0, 0, -0.5, -1}, {"-2.5", -2, 0, -2.5, -1},
-      {"true", 0, 1, 0, -1}, {"false", 0, 0, 0, -1},   {"/A", 0, 0, 0, -1},
-      {"(5)", 0, 0, 0, -1},  {"null", 0, 0, 0, -1},    {"[1 2 3]", 0, 0, 0, 3},
-      {"1 R", 5, 0, 5, -1},  {"2 R", 0, 1, 0, -1},     {"3 R", 3, 0, 2.5, -1},
-      {"4 R", 0, 0, 0, 2},   {"5 R", 0, 0, 0, -1},     {"9 R", 0, 0, 0, -1},
+      {"7", 7, 0, 7, -1},   {"-0.5", 0, 0, -0.5, -1}, {"-2.5", -2, 0, -2.5, -1}, {"true", 0, 1, 0, -1},   {"false", 0, 0, 0, -1},
+      {"/A", 0, 0, 0, -1},  {"(5)", 0, 0, 0, -1},     {"null", 0, 0, 0, -1},     {"[1 2 3]", 0, 0, 0, 3}, {"1 R", 5, 0, 5, -1},
+      {"2 R", 0, 1, 0, -1}, {"3 R", 3, 0, 2.5, -1},   {"4 R", 0, 0, 0, 2},       {"5 R", 0, 0, 0, -1},    {"9 R", 0, 0, 0, -1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
     CPDFObjHolder entry, temporary;
     read_object(entry, c.text);
     const bool is_reference = entry.type == PDF_REFERENCE;
-    for (CPDFXRefTable* xref :
-         {static_cast<CPDFXRefTable*>(&table), static_cast<CPDFXRefTable*>(nullptr)}) {
+    for (CPDFXRefTable* xref : {static_cast<CPDFXRefTable*>(&table), static_cast<CPDFXRefTable*>(nullptr)}) {
       const bool lost = is_reference && xref == nullptr;
       EXPECT_EQ(get_int_value(&entry, xref), lost ? 0 : c.number);
       EXPECT_EQ(get_bool_value(&entry, xref), lost ? 0 : c.boolean);
-      EXPECT_EQ(get_fixed_value(&entry, xref),
-                lost ? 0 : static_cast<std::int64_t>(c.fixed * fixed_one));
+      EXPECT_EQ(get_fixed_value(&entry, xref), lost ? 0 : static_cast<std::int64_t>(c.fixed * fixed_one));
       const CPDFArray* array = get_array_value(&entry, xref, temporary);
       ASSERT_EQ(array != nullptr, c.items >= 0 && !lost);
       if (array != nullptr) {
@@ -200,10 +190,8 @@ TEST(Fixed, Conversions) {
   struct Case {
     double value;
     int integer, byte;
-  } const cases[] = {{0, 0, 0},      {0.5, 1, 128},   {-0.5, 0, 0},      {-1.5, -1, 0},
-                     {2.5, 3, 255},  {-2.5, -2, 0},   {100.7, 101, 255}, {1, 1, 255},
-                     {1.2, 1, 255},  {0.999, 1, 255}, {0.25, 0, 64},     {-7, -7, 0},
-                     {0.498, 0, 127}};
+  } const cases[] = {{0, 0, 0},   {0.5, 1, 128}, {-0.5, 0, 0},    {-1.5, -1, 0}, {2.5, 3, 255}, {-2.5, -2, 0},  {100.7, 101, 255},
+                     {1, 1, 255}, {1.2, 1, 255}, {0.999, 1, 255}, {0.25, 0, 64}, {-7, -7, 0},   {0.498, 0, 127}};
   for (const Case& c : cases) {
     const auto v = static_cast<std::int64_t>(c.value * fixed_one);
     EXPECT_EQ(fixed_to_int(v), c.integer) << c.value;

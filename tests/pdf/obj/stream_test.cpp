@@ -67,14 +67,7 @@ const int free_of_limit = 1 << 30;
 
 const Case cases[] = {
     {"short", 500, 1000, 0, free_of_limit, {1024}, {1028}, 500},
-    {"longer",
-     5000,
-     1000,
-     0,
-     free_of_limit,
-     {1024, 1024, 2048, 4096},
-     {1028, 2052, 4100, 8196},
-     5000},
+    {"longer", 5000, 1000, 0, free_of_limit, {1024, 1024, 2048, 4096}, {1028, 2052, 4100, 8196}, 5000},
     {"hint from length", 500, 0, 2000, free_of_limit, {2048}, {2052}, 500},
     {"no hint at all", 1500, 0, 0, free_of_limit, {0, 1024, 2048}, {4, 1028, 3076}, 1500},
     {"exactly the hint", 1024, 1024, 9, free_of_limit, {1024, 1024}, {1028, 2052}, 1024},
@@ -109,9 +102,7 @@ TEST(BufferLoad, GrowsByItsPolicy) {
     EXPECT_EQ(buf[len], 0);
     int at = 0;
     for (size_t call = 0; call < log.reads.size(); ++call) {
-      for (int i = 0; i < log.reads[call] && at < len; ++i, ++at) {
-        ASSERT_EQ(buf[at], sample_byte(1, static_cast<int>(call), i));
-      }
+      for (int i = 0; i < log.reads[call] && at < len; ++i, ++at) { ASSERT_EQ(buf[at], sample_byte(1, static_cast<int>(call), i)); }
     }
     KXFree(buf);
   }
@@ -122,8 +113,7 @@ TEST(BufferLoad, ChunksStopAt64KiB) {
   ScriptedStream stream(log, {});
   int len = 1;
   KXFree(stream.buffer_load(400000, len));
-  EXPECT_EQ(log.reads, (std::vector<int>{1024, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 65536,
-                                         65536, 65536, 65536}));
+  EXPECT_EQ(log.reads, (std::vector<int>{1024, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 65536, 65536, 65536, 65536}));
   EXPECT_EQ(len, 1024 * 64 + 5 * 65536);
 }
 

@@ -13,8 +13,7 @@ namespace testing_support {
 
 inline int srgb_encode(double v) {
   v = std::clamp(v, 0.0, 1.0);
-  return static_cast<int>(
-      std::lround(255 * (v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055)));
+  return static_cast<int>(std::lround(255 * (v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055)));
 }
 
 struct Xyz {
@@ -29,8 +28,7 @@ inline Xyz cones(Xyz c) {
 inline Xyz from_cones(Xyz c) {
   const Xyz i = cones({1, 0, 0}), j = cones({0, 1, 0}), k = cones({0, 0, 1});
   const auto det = [](Xyz a, Xyz b, Xyz d) {
-    return a.x * (b.y * d.z - b.z * d.y) - b.x * (a.y * d.z - a.z * d.y) +
-           d.x * (a.y * b.z - a.z * b.y);
+    return a.x * (b.y * d.z - b.z * d.y) - b.x * (a.y * d.z - a.z * d.y) + d.x * (a.y * b.z - a.z * b.y);
   };
   const double all = det(i, j, k);
   return {det(c, j, k) / all, det(i, c, k) / all, det(i, j, c) / all};
@@ -38,8 +36,7 @@ inline Xyz from_cones(Xyz c) {
 
 inline Rgb srgb_of(Xyz colour, Xyz white) {
   const Xyz from = cones(white), to = cones({0.95047, 1, 1.08883}), seen = cones(colour);
-  const Xyz d65 =
-      from_cones({seen.x * to.x / from.x, seen.y * to.y / from.y, seen.z * to.z / from.z});
+  const Xyz d65 = from_cones({seen.x * to.x / from.x, seen.y * to.y / from.y, seen.z * to.z / from.z});
   return {srgb_encode(3.2404542 * d65.x - 1.5371385 * d65.y - 0.4985314 * d65.z),
           srgb_encode(-0.9692660 * d65.x + 1.8760108 * d65.y + 0.0415560 * d65.z),
           srgb_encode(0.0556434 * d65.x - 0.2040259 * d65.y + 1.0572252 * d65.z)};

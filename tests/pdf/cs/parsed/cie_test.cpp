@@ -48,10 +48,7 @@ TEST(CalRgb, FollowsTheFormula) {
        d50,
        {1.8, 2.0, 2.2},
        {0.7977, 0.2880, 0, 0.1352, 0.7119, 0, 0.0313, 0.0001, 0.8249}},
-      {"[/CalRGB <</WhitePoint [1.0985 1 0.3558]>>]",
-       a_light,
-       {1, 1, 1},
-       {1, 0, 0, 0, 1, 0, 0, 0, 1}},
+      {"[/CalRGB <</WhitePoint [1.0985 1 0.3558]>>]", a_light, {1, 1, 1}, {1, 0, 0, 0, 1, 0, 0, 0, 1}},
   };
   for (const Case& c : cases) {
     const auto space = space_of(c.entry);
@@ -60,11 +57,9 @@ TEST(CalRgb, FollowsTheFormula) {
     for (int r = 0; r < 256; r += 17)
       for (int g = 0; g < 256; g += 51)
         for (int b = 0; b < 256; b += 51) {
-          const double v[3] = {std::pow(r / 255.0, c.gamma[0]), std::pow(g / 255.0, c.gamma[1]),
-                               std::pow(b / 255.0, c.gamma[2])};
+          const double v[3] = {std::pow(r / 255.0, c.gamma[0]), std::pow(g / 255.0, c.gamma[1]), std::pow(b / 255.0, c.gamma[2])};
           const double* m = c.matrix;
-          const Xyz xyz = {m[0] * v[0] + m[3] * v[1] + m[6] * v[2],
-                           m[1] * v[0] + m[4] * v[1] + m[7] * v[2],
+          const Xyz xyz = {m[0] * v[0] + m[3] * v[1] + m[6] * v[2], m[1] * v[0] + m[4] * v[1] + m[7] * v[2],
                            m[2] * v[0] + m[5] * v[1] + m[8] * v[2]};
           expect_near(rgb_of(*space, {r, g, b}), srgb_of(xyz, c.white), 1, c.entry);
         }
@@ -80,8 +75,7 @@ TEST(Lab, FollowsTheFormula) {
   };
   const Case cases[] = {
       {"[/Lab <</WhitePoint [0.9642 1 0.8249]>>]", d50, -100, 100, -100, 100},
-      {"[/Lab <</WhitePoint [0.9505 1 1.089] /Range [-128 127 -128 127]>>]", d65, -128, 127, -128,
-       127},
+      {"[/Lab <</WhitePoint [0.9505 1 1.089] /Range [-128 127 -128 127]>>]", d65, -128, 127, -128, 127},
       {"[/Lab <</WhitePoint [1.0985 1 0.3558] /Range [-20 60 0 100]>>]", a_light, -20, 60, 0, 100},
       {"[/Lab <</WhitePoint [0.9642 1 0.8249] /Range [9 -9 0 1]>>]", d50, -100, 100, -100, 100},
   };
@@ -92,20 +86,16 @@ TEST(Lab, FollowsTheFormula) {
       for (int a = 0; a < 256; a += 51)
         for (int b = 0; b < 256; b += 51)
           expect_near(rgb_of(*space, {l, a, b}),
-                      srgb_of_lab(l / 2.55, c.a_low + (c.a_high - c.a_low) * a / 255,
-                                  c.b_low + (c.b_high - c.b_low) * b / 255, c.white),
-                      1, c.entry);
+                      srgb_of_lab(l / 2.55, c.a_low + (c.a_high - c.a_low) * a / 255, c.b_low + (c.b_high - c.b_low) * b / 255, c.white), 1,
+                      c.entry);
     expect_runs_agree(*space);
   }
 }
 
 TEST(Lab, IsTheBaseOfAnIndexedSpace) {
-  const auto space =
-      space_of("[/Indexed [/Lab <</WhitePoint [0.9642 1 0.8249]>>] 1 <80C040FF8080>]");
+  const auto space = space_of("[/Indexed [/Lab <</WhitePoint [0.9642 1 0.8249]>>] 1 <80C040FF8080>]");
   ASSERT_TRUE(space);
-  expect_near(rgb_of(*space, {0}),
-              srgb_of_lab(0x80 / 2.55, -100 + 200 * 0xC0 / 255.0, -100 + 200 * 0x40 / 255.0, d50),
-              1, "entry 0");
+  expect_near(rgb_of(*space, {0}), srgb_of_lab(0x80 / 2.55, -100 + 200 * 0xC0 / 255.0, -100 + 200 * 0x40 / 255.0, d50), 1, "entry 0");
 }
 
 TEST(CieSpaces, GiveGrayCmykAndTheirFirstColour) {

@@ -43,8 +43,7 @@ TEST(Function, GivesWhatTheStandardSays) {
   xref.add_stream(15, "<</FunctionType 4 /Domain [0 1] /Range [0.25 1]>>", "{ pop pop }");
   const std::string ramp = "<</FunctionType 2 /Domain [0 1] /N 1>>";
   const std::string drop = "<</FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0]>>";
-  xref.add(16, "<</FunctionType 3 /Domain [0 1] /Bounds [0.5] /Encode [0 1 0 1] /Functions [" +
-                   ramp + drop + "]>>");
+  xref.add(16, "<</FunctionType 3 /Domain [0 1] /Bounds [0.5] /Encode [0 1 0 1] /Functions [" + ramp + drop + "]>>");
   xref.add(17,
            "<</FunctionType 3 /Domain [0 1] /Bounds [0.25 0.25] /Encode [0 1 1 0 0 1] "
            "/Functions [" +
@@ -99,8 +98,7 @@ TEST(Function, GivesWhatTheStandardSays) {
     ASSERT_EQ(function->outputs(), static_cast<int>(c.out.size())) << c.function;
     std::vector<double> out(c.out.size());
     function->evaluate(c.in.data(), out.data());
-    for (std::size_t i = 0; i < out.size(); ++i)
-      EXPECT_NEAR(out[i], c.out[i], 1e-6) << c.function << " of " << c.in[0] << ", result " << i;
+    for (std::size_t i = 0; i < out.size(); ++i) EXPECT_NEAR(out[i], c.out[i], 1e-6) << c.function << " of " << c.in[0] << ", result " << i;
   }
 }
 

@@ -18,8 +18,7 @@ TEST(IccBased, FallsBackToAlternateAndThenToTheDeviceSpace) {
   xref.add_stream(5, "<</N 1>>", rgb);
   xref.add_stream(6, "<</N 3>>", "no profile at all");
   xref.add_stream(7, "<</N 4>>", "");
-  xref.add_stream(8, "<</N 3 /Alternate [/Lab <</WhitePoint [0.9642 1 0.8249]>>]>>",
-                  rgb.substr(0, rgb.size() / 2));
+  xref.add_stream(8, "<</N 3 /Alternate [/Lab <</WhitePoint [0.9642 1 0.8249]>>]>>", rgb.substr(0, rgb.size() / 2));
   xref.add_stream(9, "<</N 3 /Alternate /DeviceGray>>", "broken");
   xref.add_stream(10, "<</N 2 /Alternate /DeviceGray>>", "broken");
   xref.add_stream(11, "<</N 3 /Alternate [/ICCBased 11 0 R]>>", "broken");
@@ -50,14 +49,11 @@ TEST(IccBased, ConvertsByTheProfile) {
   xref.add_stream(4, "<</N 3>>", srgb_profile());
   xref.add_stream(5, "<</N 3 /Range [0 100 -128 127 -128 127]>>", lab_profile());
   xref.add_stream(6, "<</N 3 /Range [0 0.5 0 1 0 1]>>", srgb_profile());
-  const auto icc = [&](int object) {
-    return space_of("[/ICCBased " + std::to_string(object) + " 0 R]", &xref);
-  };
+  const auto icc = [&](int object) { return space_of("[/ICCBased " + std::to_string(object) + " 0 R]", &xref); };
   const auto rgb = icc(1), gray = icc(2), cmyk = icc(3), srgb = icc(4), lab = icc(5), half = icc(6);
   const auto curve = [](int v) { return srgb_encode(std::pow(v / 255.0, 1.8)); };
   for (int i = 0; i < 256; ++i) {
-    expect_near(rgb_of(*rgb, {i, 255 - i, i / 2}), {curve(i), curve(255 - i), curve(i / 2)}, 2,
-                "power curve");
+    expect_near(rgb_of(*rgb, {i, 255 - i, i / 2}), {curve(i), curve(255 - i), curve(i / 2)}, 2, "power curve");
     expect_near(rgb_of(*gray, {i}), {curve(i), curve(i), curve(i)}, 2, "gray");
     EXPECT_EQ(rgb_of(*srgb, {i, 9, 255 - i}), (Rgb{i, 9, 255 - i}));
     expect_near(rgb_of(*half, {i, 9, 255 - i}), {(i + 1) / 2, 9, 255 - i}, 2, "half the range");
@@ -70,8 +66,7 @@ TEST(IccBased, ConvertsByTheProfile) {
       }
   for (int l = 0; l < 256; l += 51)
     for (int a = 0; a < 256; a += 51)
-      expect_near(rgb_of(*lab, {l, a, 140}),
-                  srgb_of_lab(l / 2.55, a - 128, 12, {0.9642, 1, 0.8249}), 2, "Lab profile");
+      expect_near(rgb_of(*lab, {l, a, 140}), srgb_of_lab(l / 2.55, a - 128, 12, {0.9642, 1, 0.8249}), 2, "Lab profile");
 }
 
 TEST(IccBased, SharesProfilesBetweenThreads) {

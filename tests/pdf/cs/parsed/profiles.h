@@ -42,8 +42,8 @@ inline std::string gray_profile(double gamma) {
 inline std::string lab_profile() { return profile_bytes(cmsCreateLab4Profile(nullptr)); }
 
 /// A grid of `nodes` an input, filled by `sample`, as a tag of the profile.
-inline void write_grid(cmsHPROFILE profile, cmsTagSignature tag, unsigned nodes, unsigned inputs,
-                       unsigned outputs, cmsSAMPLER16 sample, void* cargo) {
+inline void write_grid(cmsHPROFILE profile, cmsTagSignature tag, unsigned nodes, unsigned inputs, unsigned outputs, cmsSAMPLER16 sample,
+                       void* cargo) {
   cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, inputs, outputs);
   cmsStage* grid = cmsStageAllocCLut16bit(nullptr, nodes, inputs, outputs, nullptr);
   cmsStageSampleCLut16bit(grid, sample, cargo, 0);
@@ -79,8 +79,7 @@ inline std::string cmyk_profile(double lift = 0, unsigned nodes = 6) {
       light[i] = std::max(0.0, (rgb[i] / 65535.0 - c.lift) / (1 - c.lift));
       most = std::max(most, light[i]);
     }
-    for (int i = 0; i < 3; ++i)
-      out[i] = static_cast<cmsUInt16Number>(most > 0 ? 65535 * (1 - light[i] / most) : 0);
+    for (int i = 0; i < 3; ++i) out[i] = static_cast<cmsUInt16Number>(most > 0 ? 65535 * (1 - light[i] / most) : 0);
     out[3] = static_cast<cmsUInt16Number>(65535 * (1 - most));
     return 1;
   };

@@ -40,8 +40,7 @@ TEST(PostScriptProgram, RunsEachOperator) {
     std::vector<double> out(c.left.size());
     const double below = 0;
     ASSERT_TRUE(program.run(&below, 1, out.data(), count)) << c.program;
-    for (std::size_t i = 0; i < out.size(); ++i)
-      EXPECT_NEAR(out[i], c.left[i], 1e-9) << c.program << ", result " << i;
+    for (std::size_t i = 0; i < out.size(); ++i) EXPECT_NEAR(out[i], c.left[i], 1e-9) << c.program << ", result " << i;
     // Nothing but the input lies below them.
     std::vector<double> all(out.size() + 2);
     EXPECT_TRUE(program.run(&below, 1, all.data(), count + 1)) << c.program;
@@ -50,9 +49,8 @@ TEST(PostScriptProgram, RunsEachOperator) {
 }
 
 TEST(PostScriptProgram, FailsWhereTheStackOrANumberDoesNotServe) {
-  for (const char* text :
-       {"{ add }", "{ pop pop }", "{ 1 2 5 index }", "{ 1 -1 index }", "{ 1 2 5 copy }",
-        "{ 1 -1 copy }", "{ 1 2 5 1 roll }", "{ pop {1} if }", "{ 5 0 idiv }", "{ 5 0 mod }"}) {
+  for (const char* text : {"{ add }", "{ pop pop }", "{ 1 2 5 index }", "{ 1 -1 index }", "{ 1 2 5 copy }", "{ 1 -1 copy }",
+                           "{ 1 2 5 1 roll }", "{ pop {1} if }", "{ 5 0 idiv }", "{ 5 0 mod }"}) {
     CPDFPostScriptProgram program;
     double value = 1, out = 77;
     ASSERT_TRUE(program.compile(text)) << text;
@@ -62,9 +60,8 @@ TEST(PostScriptProgram, FailsWhereTheStackOrANumberDoesNotServe) {
 }
 
 TEST(PostScriptProgram, RefusesMalformedText) {
-  for (const char* text : {"", "{", "}", "1 add", "{ 1 } }", "{ 1 } 2", "{ frob }", "{ {1} }",
-                           "{ true {1} {2} if }", "{ true {1} ifelse }", "{ 1e999 }", "{ 1.2.3 }",
-                           "{ nan }", "{ true {1} {2} {3} ifelse }", "{ + }", "{ - }"}) {
+  for (const char* text : {"", "{", "}", "1 add", "{ 1 } }", "{ 1 } 2", "{ frob }", "{ {1} }", "{ true {1} {2} if }", "{ true {1} ifelse }",
+                           "{ 1e999 }", "{ 1.2.3 }", "{ nan }", "{ true {1} {2} {3} ifelse }", "{ + }", "{ - }"}) {
     CPDFPostScriptProgram program;
     EXPECT_FALSE(program.compile(text)) << text;
   }

@@ -14,8 +14,7 @@ namespace testing_support {
 
 using Rgb = std::array<int, 3>;
 
-inline std::unique_ptr<CPDFCSBase> space_of(const std::string& text,
-                                            CPDFXRefTable* xref = nullptr) {
+inline std::unique_ptr<CPDFCSBase> space_of(const std::string& text, CPDFXRefTable* xref = nullptr) {
   CPDFObjHolder entry;
   parse_pdf(text, entry);
   return std::unique_ptr<CPDFCSBase>(CPDFCSBase::parser_cs(&entry, xref));
@@ -37,8 +36,7 @@ inline Rgb rgb_of(CPDFCSBase& space, const std::vector<int>& values) {
 inline void expect_near(const Rgb& got, const Rgb& want, int tolerance, const std::string& what) {
   for (std::size_t i = 0; i < 3; ++i)
     EXPECT_LE(std::abs(got[i] - want[i]), tolerance)
-        << what << ": got " << got[0] << ' ' << got[1] << ' ' << got[2] << ", want " << want[0]
-        << ' ' << want[1] << ' ' << want[2];
+        << what << ": got " << got[0] << ' ' << got[1] << ' ' << got[2] << ", want " << want[0] << ' ' << want[1] << ' ' << want[2];
 }
 
 /// The four runs against the single-colour operations, over pseudo-random samples with repeats;
@@ -58,9 +56,8 @@ inline void expect_runs_agree(CPDFCSBase& space) {
       return color;
     };
     using Batch = void (CPDFCSBase::*)(_KXRGBA*, const unsigned char*, int);
-    for (const auto& [batch, step] : {std::pair<Batch, int>{&CPDFCSBase::batch_rgb, 1},
-                                      {&CPDFCSBase::batch_rgb2, 2},
-                                      {&CPDFCSBase::batch_rgb4, 4}}) {
+    for (const auto& [batch, step] :
+         {std::pair<Batch, int>{&CPDFCSBase::batch_rgb, 1}, {&CPDFCSBase::batch_rgb2, 2}, {&CPDFCSBase::batch_rgb4, 4}}) {
       const auto kept = static_cast<std::size_t>((pixels + step - 1) / step);
       std::vector<_KXRGBA> out(kept + 1, _KXRGBA{9, 9, 9, 9});
       (space.*batch)(out.data(), src.data(), pixels * n);
@@ -68,8 +65,7 @@ inline void expect_runs_agree(CPDFCSBase& space) {
       for (std::size_t i = 0; i < kept; ++i) {
         _KXRGBA want{};
         space.get_rgb(colour(static_cast<int>(i) * step), want);
-        ASSERT_TRUE(out[i].r == want.r && out[i].g == want.g && out[i].b == want.b &&
-                    out[i].a == 255)
+        ASSERT_TRUE(out[i].r == want.r && out[i].g == want.g && out[i].b == want.b && out[i].a == 255)
             << "pixel " << i << " of " << pixels << ", step " << step;
       }
     }

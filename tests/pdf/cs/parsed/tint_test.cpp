@@ -13,10 +13,8 @@ class Tint : public ::testing::Test {
   Tint() {
     xref.add(1, "<</FunctionType 2 /Domain [0 1] /N 1 /C0 [0 0 0 0] /C1 [0 1 0.5 0.25]>>");
     xref.add(2, "<</FunctionType 2 /Domain [0 1] /N 1 /C0 [100 0 0] /C1 [40 60 -30]>>");
-    xref.add_stream(3, "<</FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1]>>",
-                    "{ 2 copy mul }");
-    xref.add_stream(4, "<</FunctionType 4 /Domain [0 1 0 1 0 1 0 1 0 1] /Range [0 1]>>",
-                    "{ add add add add 5 div }");
+    xref.add_stream(3, "<</FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1]>>", "{ 2 copy mul }");
+    xref.add_stream(4, "<</FunctionType 4 /Domain [0 1 0 1 0 1 0 1 0 1] /Range [0 1]>>", "{ add add add add 5 div }");
     xref.add(5, "[/Separation /Own 5 0 R 1 0 R]");
     xref.add_stream(6, "<</N 3>>", rgb_profile(1.8));
     xref.add(7, "<</FunctionType 2 /Domain [0 1] /N 2>>");
@@ -27,9 +25,7 @@ class Tint : public ::testing::Test {
 
 TEST_F(Tint, SeparationGoesThroughItsAlternate) {
   const auto cmyk = space_of("[/Separation /Spot /DeviceCMYK 1 0 R]", &xref);
-  const auto lab = space_of(
-      "[/Separation /Spot [/Lab <</WhitePoint [0.9642 1 0.8249] /Range [-80 80 -80 80]>>] 2 0 R]",
-      &xref);
+  const auto lab = space_of("[/Separation /Spot [/Lab <</WhitePoint [0.9642 1 0.8249] /Range [-80 80 -80 80]>>] 2 0 R]", &xref);
   const auto one = space_of("[/DeviceN [/Spot] /DeviceCMYK 1 0 R]", &xref);
   const auto icc = space_of("[/Separation /Spot [/ICCBased 8 0 R] 7 0 R]", &xref);
   const auto cal = space_of("[/Separation /Spot [/CalGray <</Gamma 1.5>>] 7 0 R]", &xref);
@@ -39,12 +35,10 @@ TEST_F(Tint, SeparationGoesThroughItsAlternate) {
   CPDFCSDeviceCMYK device;
   for (int v = 0; v < 256; ++v) {
     const double t = v / 255.0;
-    const int m = v, y = static_cast<int>(std::lround(127.5 * t)),
-              k = static_cast<int>(std::lround(63.75 * t));
+    const int m = v, y = static_cast<int>(std::lround(127.5 * t)), k = static_cast<int>(std::lround(63.75 * t));
     EXPECT_EQ(rgb_of(*cmyk, {v}), rgb_of(device, {0, m, y, k}));
     EXPECT_EQ(rgb_of(*one, {v}), rgb_of(*cmyk, {v}));
-    expect_near(rgb_of(*lab, {v}), srgb_of_lab(100 - 60 * t, 60 * t, -30 * t, {0.9642, 1, 0.8249}),
-                1, "Lab");
+    expect_near(rgb_of(*lab, {v}), srgb_of_lab(100 - 60 * t, 60 * t, -30 * t, {0.9642, 1, 0.8249}), 1, "Lab");
     const int of_icc = srgb_encode(std::pow(t * t, 1.8)), of_cal = srgb_encode(std::pow(t, 3));
     expect_near(rgb_of(*icc, {v}), {of_icc, of_icc, of_icc}, 2, "gray profile");
     expect_near(rgb_of(*cal, {v}), {of_cal, of_cal, of_cal}, 2, "CalGray");
@@ -57,8 +51,7 @@ TEST_F(Tint, SeparationGoesThroughItsAlternate) {
 
 TEST_F(Tint, DeviceNGoesThroughItsAlternate) {
   const auto two = space_of("[/DeviceN [/A /B] /DeviceRGB 3 0 R]", &xref);
-  const auto icc =
-      space_of("[/DeviceN [/A /None] [/ICCBased 6 0 R] 3 0 R <</Subtype /NChannel>>]", &xref);
+  const auto icc = space_of("[/DeviceN [/A /None] [/ICCBased 6 0 R] 3 0 R <</Subtype /NChannel>>]", &xref);
   const auto five = space_of("[/DeviceN [/A /B /C /D /E] /DeviceGray 4 0 R]", &xref);
   ASSERT_TRUE(two && icc && five);
   EXPECT_EQ(five->comp_count, 5);
@@ -114,14 +107,10 @@ TEST_F(Tint, OverlappingRunsAreConvertedInOrder) {
     auto* bytes = reinterpret_cast<unsigned char*>(want.data());
     for (std::size_t i = 0; i < pixels * 4; ++i) bytes[i] = static_cast<unsigned char>(i * 7);
     got = want;
-    for (std::size_t i = 0; i < pixels; i += step)
-      space->get_rgb(color_of({bytes[i * 2], bytes[i * 2 + 1]}), want[i / step]);
-    const auto batch = step == 1   ? &CPDFCSBase::batch_rgb
-                       : step == 2 ? &CPDFCSBase::batch_rgb2
-                                   : &CPDFCSBase::batch_rgb4;
+    for (std::size_t i = 0; i < pixels; i += step) space->get_rgb(color_of({bytes[i * 2], bytes[i * 2 + 1]}), want[i / step]);
+    const auto batch = step == 1 ? &CPDFCSBase::batch_rgb : step == 2 ? &CPDFCSBase::batch_rgb2 : &CPDFCSBase::batch_rgb4;
     (*space.*batch)(got.data(), reinterpret_cast<unsigned char*>(got.data()), pixels * 2);
-    for (std::size_t i = 0; i < pixels; ++i)
-      ASSERT_TRUE(got[i].r == want[i].r && got[i].g == want[i].g && got[i].b == want[i].b) << i;
+    for (std::size_t i = 0; i < pixels; ++i) ASSERT_TRUE(got[i].r == want[i].r && got[i].g == want[i].g && got[i].b == want[i].b) << i;
   }
 }
 
