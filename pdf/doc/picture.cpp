@@ -6,9 +6,11 @@
 #include <new>
 #include <utility>
 
+#include "pdf/cs/parsed/families.h"
 #include "pdf/doc/color_rows.h"
 #include "pdf/doc/decode_array.h"
 #include "pdf/doc/opacity_rows.h"
+#include "pdf/filter/jpx_channels.h"
 #include "pdf/obj/access.h"
 
 namespace {
@@ -169,6 +171,23 @@ const CPDFDictionary* dictionary_of(const CPDFImage& image) {
   return rec != nullptr ? &rec->dict : nullptr;
 }
 
+/// Gives a JPEG 2000 image the DeviceN space of its dictionary back, where the codestream has its
+/// number of colours: the unit's rule for such images knows 1, 3 and 4.
+void restore_device_n(CPDFImage& image) {
+  if (image.stream->kind != 9) return;
+  const CPDFObj* entry = find_key(dictionary_of(image), CPDFDictionary::sm_tag_cs);
+  if (entry == nullptr) return;
+  std::unique_ptr<CPDFCSBase> own(CPDFCSBase::parser_cs(entry, image.xref));
+  if (own == nullptr || own->family != PDF_CS_DEVICE_N) return;
+  if (own->comp_count == image.cs->comp_count ||
+      !pdfbmp::deliver_all_channels(*image.stream, own->comp_count)) {
+    return;
+  }
+  if (image.cs_borrowed == 0) delete image.cs;
+  image.cs = own.release();
+  image.cs_borrowed = 0;
+}
+
 CPDFSampleLayout layout_of(const CPDFImage& image, const CPDFDictionary* dict) {
   CPDFSampleLayout layout;
   layout.width = image.width;
@@ -245,8 +264,10 @@ std::unique_ptr<CPDFRasterReader> pdfbmp::open_picture(CPDFLoadedImage loaded,
     parts.opacity = make_mask_rows(image, dict, true);
     info.format = CPDFPixelFormat::gray_alpha8;
   } else {
+    restore_device_n(image);
     CPDFSampleLayout layout = layout_of(image, dict);
     find_opacity(parts, layout, problem);
+    if (parts.loaded.report != nullptr) parts.loaded.report->row_bytes = layout.row_bytes();
     const bool opaque = parts.opacity == nullptr && !parts.has_key;
     parts.color = make_color_rows(image, std::move(layout), opaque);
     if (parts.color == nullptr) return refuse("its samples cannot be converted");

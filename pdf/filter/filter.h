@@ -25,9 +25,10 @@ struct CPDFFilterLimits {
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,
 /// which the image unit deletes when it has read it.
 struct CPDFDecodeReport {
-  std::int64_t bytes = 0;  ///< Decoded bytes that were delivered.
-  bool damaged = false;    ///< The data is broken or ends early; what came before it is good.
-  std::string problem;     ///< The first thing that went wrong, in words, no full stop; or empty.
+  std::int64_t bytes = 0;      ///< Decoded bytes that were delivered.
+  std::int64_t row_bytes = 0;  ///< Of a row of samples, where who reads them has told; else 0.
+  bool damaged = false;        ///< The data is broken or ends early; what came before it is good.
+  std::string problem;  ///< The first thing that went wrong, in words, no full stop; or empty.
 
   /// Notes a problem; the first one stays.
   void note(const char* what) noexcept {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "pdf/filter/declared_size.h"
+#include "pdf/filter/jpx_channels.h"
 #include "pdf/filter/jpx_codestream.h"
 #include "pdf/filter/jpx_rows.h"
 #include "pdf/filter/parms.h"
@@ -29,7 +30,7 @@ bool is_indexed(const CPDFFilterSetup& setup) {
          (std::strcmp(family.name(), "Indexed") == 0 || std::strcmp(family.name(), "I") == 0);
 }
 
-class JPXStream : public CPDFStreamJPX {
+class JPXStream : public CPDFStreamJPX, public CPDFJpxChannels {
  public:
   JPXStream(std::unique_ptr<CPDFJpxCodestream> tiles, const CPDFFilterSetup& setup)
       : report_(setup.report),
@@ -42,9 +43,19 @@ class JPXStream : public CPDFStreamJPX {
     alpha_channel = rows_.alpha_channel();
     if (size_.width == 0) size_.width = static_cast<int>(header.width());
     if (size_.height == 0) size_.height = static_cast<int>(header.height());
-    no_memory_ = !color_.bytes.set_size(header.width() * comp_count,
-                                        std::int64_t{size_.width} * comp_count) ||
+    no_memory_ = !set_color_size() ||
                  (alpha_channel >= 0 && !alpha_.bytes.set_size(header.width(), size_.width));
+  }
+
+  bool deliver_all(int count) override {
+    try {
+      if (color_.y > 0 || !rows_.choose_all(tiles_->header(), count)) return false;
+    } catch (...) {  // No memory for the tables of the channels.
+      return false;
+    }
+    comp_count = rows_.channels();
+    if (!set_color_size()) no_memory_ = true;
+    return true;
   }
 
   void close() override {
@@ -65,6 +76,11 @@ class JPXStream : public CPDFStreamJPX {
     CPDFRowBytes bytes;
     std::int64_t y = 0;  ///< The next row.
   };
+  bool set_color_size() {
+    return color_.bytes.set_size(tiles_->header().width() * comp_count,
+                                 std::int64_t{size_.width} * comp_count);
+  }
+
   using RowMaker = void (CPDFJpxRows::*)(const CPDFJpxCodestream&, std::int64_t,
                                          unsigned char*) const;
 

@@ -102,10 +102,22 @@ void CPDFJpxRows::choose_colors(const CPDFJpxHeader& header, int channel_count,
   if (known > 0 && static_cast<std::size_t>(known) < colors.size()) {
     colors.resize(static_cast<std::size_t>(known));
   }
+  for (const Color& color : colors) all_channels_.push_back(color.channel);
   const std::size_t delivered = colors.size() == 1 || colors.size() == 4 ? colors.size() : 3;
   for (std::size_t i = 0; i < delivered; ++i) {
     color_channels_.push_back(colors[colors.size() == 2 ? 0 : i].channel);
   }
+}
+
+bool CPDFJpxRows::choose_all(const CPDFJpxHeader& header, int count) {
+  if (all_channels_.empty() || all_channels_.size() != static_cast<std::size_t>(count)) {
+    return false;
+  }
+  color_channels_ = all_channels_;
+  colors_.clear();
+  for (const int number : color_channels_) colors_.push_back(make_channel(header, number, false));
+  ycc_ = false;
+  return true;
 }
 
 CPDFJpxRows::Channel CPDFJpxRows::make_channel(const CPDFJpxHeader& header, int number,

@@ -17,7 +17,11 @@ class CPDFJpxRows {
   /// the second of two and the fourth of four are.
   CPDFJpxRows(const CPDFJpxHeader& header, bool indexed, bool alpha_expected);
 
-  int channels() const { return static_cast<int>(colors_.size()); }  ///< Delivered: 1, 3 or 4.
+  /// Delivers every colour channel of an image that has `count` of them, in their order, instead of
+  /// 1, 3 or 4. False for any other count.
+  bool choose_all(const CPDFJpxHeader& header, int count);
+
+  int channels() const { return static_cast<int>(colors_.size()); }  ///< Delivered.
   int alpha_channel() const { return alpha_channel_; }               ///< Negative: there is none.
 
   /// The line of the reference grid that row `y` of the image lies on.
@@ -44,7 +48,8 @@ class CPDFJpxRows {
 
   int step_x_, step_y_;
   std::int64_t width_, first_column_, first_row_;
-  std::vector<int> color_channels_;
+  std::vector<int> all_channels_;    ///< Of colour, in their order.
+  std::vector<int> color_channels_;  ///< Those delivered.
   std::vector<Channel> colors_;
   Channel alpha_;
   int alpha_channel_ = -1;

@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "pdf/filter/jpx_channels.h"
 #include "pdf/filter/window_stream.h"
 #include "pdf/obj/jpx_stream.h"
 
@@ -45,7 +46,7 @@ class MeasuredStream : public Measured<CPDFStream> {
   }
 };
 
-class MeasuredJPX : public Measured<CPDFStreamJPX> {
+class MeasuredJPX : public Measured<CPDFStreamJPX>, public CPDFJpxChannels {
  public:
   MeasuredJPX(std::unique_ptr<CPDFStreamJPX> stream, std::shared_ptr<CPDFDecodeReport> report)
       : Measured(std::move(stream), std::move(report)) {
@@ -54,6 +55,12 @@ class MeasuredJPX : public Measured<CPDFStreamJPX> {
   }
 
   int read_alpha(void* dst, int n) override { return stream_->read_alpha(dst, n); }
+
+  bool deliver_all(int count) override {
+    if (!pdfbmp::deliver_all_channels(*stream_, count)) return false;
+    comp_count = count;
+    return true;
+  }
 };
 
 }  // namespace

@@ -147,7 +147,9 @@ Delivery delivery_of(const Picture& picture) {
   Delivery delivery;
   const CPDFLoadedImage& loaded = picture.loaded;
   if (loaded.report == nullptr || picture.row_bytes < 1) return delivery;
-  delivery.rows = loaded.report->bytes / picture.row_bytes;
+  // A picture may read other rows than the record told at first.
+  const std::int64_t told = loaded.report->row_bytes;
+  delivery.rows = loaded.report->bytes / (told > 0 ? told : picture.row_bytes);
   if (loaded.report->damaged || delivery.rows < picture.source_rows) {
     delivery.problem = words_of(*loaded.report);
   } else if (!picture.problem.empty()) {
