@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "examples/painters.h"
+#include "examples/press_profile.h"
 #include "examples/samples.h"
 
 namespace {
@@ -205,8 +206,8 @@ Shown soft_mask(QPDF& pdf) {
   return shown;
 }
 
-Shown cmyk(QPDF& pdf) {
-  // The four inks in circles that overlap, and their full range below.
+// The four inks in circles that overlap, and their full range below.
+Shown inks(QPDF& pdf, const std::string& color_space) {
   const std::string rows = samples_of(240, 240, 8, [](SampleWriter& writer, double x, double y) {
     constexpr double middles[4][2] = {{0.38, 0.32}, {0.62, 0.32}, {0.5, 0.52}, {0.5, 0.39}};
     for (int ink = 0; ink < 4; ++ink) {
@@ -216,7 +217,32 @@ Shown cmyk(QPDF& pdf) {
       writer.add(y > 0.84 ? (band ? x : 0) : dx * dx + dy * dy < radius * radius ? 0.95 : 0);
     }
   });
-  return make_image(pdf, 240, 240, 8, "/DeviceCMYK", flate(rows));
+  return make_image(pdf, 240, 240, 8, color_space, flate(rows));
+}
+
+Shown cmyk(QPDF& pdf) { return inks(pdf, "/DeviceCMYK"); }
+
+// The profile of the press that the document is meant for, which a first call makes its output
+// intent.
+Object press_profile(QPDF& pdf) {
+  Object catalog = pdf.getRoot();
+  if (!catalog.hasKey("/OutputIntents")) {
+    Object profile = pdf.makeIndirectObject(Object::newStream(&pdf, flate(make_press_profile())));
+    profile.getDict().replaceKey("/N", Object::newInteger(4));
+    profile.getDict().replaceKey("/Filter", Object::newName("/FlateDecode"));
+    Object intent = Object::parse(
+        "<< /Type /OutputIntent /S /GTS_PDFX /OutputConditionIdentifier (Sample press) >>");
+    intent.replaceKey("/DestOutputProfile", profile);
+    catalog.replaceKey("/OutputIntents", Object::newArray({intent}));
+  }
+  return catalog.getKey("/OutputIntents").getArrayItem(0).getKey("/DestOutputProfile");
+}
+
+Shown cmyk_by_profile(QPDF& pdf) {
+  Shown shown = inks(pdf, "");
+  shown.image.getDict().replaceKey(
+      "/ColorSpace", Object::newArray({Object::newName("/ICCBased"), press_profile(pdf)}));
+  return shown;
 }
 
 Shown stencil(QPDF& pdf) {
@@ -262,7 +288,8 @@ constexpr Entry entries[] = {
     {"Indexed, 4 bits", indexed_4_bits},
     {"RGB with a colour key", color_key},
     {"RGB with a soft mask", soft_mask},
-    {"CMYK, 8 bits", cmyk},
+    {"CMYK of the device", cmyk},
+    {"CMYK of a press, by its profile", cmyk_by_profile},
     {"Stencil, painted blue", stencil},
     {"Inline image, Indexed, 1 bit", inline_image},
 };
