@@ -1,11 +1,7 @@
-# The libraries that the document library stands on; none of them is GPL or AGPL.
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
-pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
-pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libjpeg)
-pkg_check_modules(OPENJP2 REQUIRED IMPORTED_TARGET libopenjp2)
-pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
-find_package(Threads REQUIRED)
+include(${CMAKE_CURRENT_LIST_DIR}/find_dependencies.cmake)
+if(pdfbmp_missing)
+  message(FATAL_ERROR "Not found by pkg-config: ${pdfbmp_missing}")
+endif()
 
 add_library(pdfbmp_dependencies INTERFACE)
 target_link_libraries(pdfbmp_dependencies INTERFACE

@@ -1,12 +1,12 @@
 option(PDFBMP_BUILD_DOCUMENT "Build the document library and the tool" ON)
 option(PDFBMP_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(PDFBMP_BUILD_BENCH "Build the benchmarks" OFF)
-option(PDFBMP_FORCE_CPU "Let a test choose the CPU path (never in a release)" ${PDFBMP_BUILD_TESTS})
 option(PDFBMP_WERROR "Treat warnings as errors" OFF)
 set(PDFBMP_SANITIZE "" CACHE STRING "Sanitizers, comma-separated (address,undefined or thread)")
 option(PDFBMP_COVERAGE "Count which lines run (g++)" OFF)
 option(PDFBMP_LIBFUZZER "Link the fuzz targets with libFuzzer instead of a program that replays files" OFF)
-option(BUILD_SHARED_LIBS "Build the document library shared" OFF)
+option(PDFBMP_INSTALL "Make install rules and packages" ${PROJECT_IS_TOP_LEVEL})
+option(BUILD_SHARED_LIBS "Make the document library shared, the image library inside" OFF)
 
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
@@ -33,8 +33,12 @@ endif()
 if(PDFBMP_LIBFUZZER)
   target_compile_options(pdfbmp_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
-target_compile_definitions(pdfbmp_build_flags INTERFACE
-  $<$<BOOL:${PDFBMP_FORCE_CPU}>:PDFBMP_FORCE_CPU>)
+
+# Callers write include paths from the root of this tree, and the same below the installed folder.
+set(PDFBMP_INCLUDES
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/pdfbmp>)
+set(PDFBMP_LIBRARY_PROPERTIES
+  POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_STANDARD 20)

@@ -1,6 +1,8 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include "kx/api.h"
+
 /// A bitmap of any kind. Owns its pixels (memory of KXAlloc's family) and frees them when it is
 /// destroyed. Rows lie one after the other, `stride` bytes apart; whoever fills a bitmap from an
 /// image puts the picture's first row last in memory (bottom-up).
@@ -9,7 +11,7 @@
 /// bytes than the signed 32-bit stride or the address space holds, or no memory) leaves `pixels`
 /// null; callers look at `width`, `height` and `pixels` right after construction. The pixels of a
 /// new bitmap are zero bytes.
-class CKXBmp {
+class PDFBMP_API CKXBmp {
  public:
   CKXBmp() = default;  ///< All fields zero, no pixels.
   virtual ~CKXBmp();
@@ -29,19 +31,19 @@ class CKXBmp {
 };
 
 /// One `_KXRGBA` a pixel, stride 4 * width.
-class CKXBmp32 : public CKXBmp {
+class PDFBMP_API CKXBmp32 : public CKXBmp {
  public:
   CKXBmp32(int width, int height);
 };
 
 /// One byte a pixel, stride = width.
-class CKXBmp8 : public CKXBmp {
+class PDFBMP_API CKXBmp8 : public CKXBmp {
  public:
   CKXBmp8(int width, int height);
 };
 
 /// Two bytes a pixel: gray (0 black, 255 white), then alpha. Rows are multiples of 4 bytes.
-class CKXBmpGray : public CKXBmp {
+class PDFBMP_API CKXBmpGray : public CKXBmp {
  public:
   CKXBmpGray() = default;  ///< All fields zero, no pixels.
 

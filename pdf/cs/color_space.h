@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include "kx/api.h"
 #include "kx/rgba.h"
 
 class CPDFObj;
@@ -32,7 +33,7 @@ struct PDF_COLOR {
   int val[16];
 };
 
-class CPDFCSBase {
+class PDFBMP_API CPDFCSBase {
  public:
   virtual ~CPDFCSBase() = default;
 

@@ -7,7 +7,7 @@
 /// interpolation between the 16 corner colours of pdf/cs/cmyk_formula.h: exact integer arithmetic,
 /// no ink gives 254. Gray is a formula of its own, in which no ink gives 255. Values outside 0..255
 /// wrap in 32 bits.
-class CPDFCSDeviceCMYK : public CPDFCSBase {
+class PDFBMP_API CPDFCSDeviceCMYK : public CPDFCSBase {
  public:
   CPDFCSDeviceCMYK();
 

@@ -15,7 +15,7 @@
 ///
 /// A colour is left untouched where its base node is not in the table, or where a node it needs
 /// lies past the end: nothing outside ms_icc..ms_icc_end is ever read.
-class CPDFCSDeviceCMYKExt : public CPDFCSBase {
+class PDFBMP_API CPDFCSDeviceCMYKExt : public CPDFCSBase {
  public:
   CPDFCSDeviceCMYKExt();
 

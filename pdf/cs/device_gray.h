@@ -5,7 +5,7 @@
 
 /// DeviceGray: one component, 0 black to 255 white. Values outside are stored by their low 8 bits;
 /// get_cmyk gives K = 255 - gray without clamping.
-class CPDFCSDeviceGray : public CPDFCSBase {
+class PDFBMP_API CPDFCSDeviceGray : public CPDFCSBase {
  public:
   CPDFCSDeviceGray();
 

@@ -5,7 +5,7 @@
 
 /// DeviceRGB: components R, G, B. Gray is the luma of ITU-R BT.601, truncated; get_cmyk takes the
 /// common part of the complements as black.
-class CPDFCSDeviceRGB : public CPDFCSBase {
+class PDFBMP_API CPDFCSDeviceRGB : public CPDFCSBase {
  public:
   CPDFCSDeviceRGB();
 

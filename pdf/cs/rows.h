@@ -62,9 +62,9 @@ struct CPDFRows {
   Bytes complement;  ///< 255 - byte; dst may be src itself.
 };
 
-/// The table in use: the best path that the CPU runs, chosen at the first call. In builds with
-/// PDFBMP_FORCE_CPU the environment variable PDFBMP_CPU (a name of cpu_name) chooses it, where the
-/// CPU runs that path.
+/// The table in use: the best path that the CPU runs, chosen at the first call. In tests and
+/// benchmarks, built with PDFBMP_FORCE_CPU, the environment variable PDFBMP_CPU (a name of
+/// cpu_name) chooses it, where the CPU runs that path.
 const CPDFRows& rows();
 
 /// The scalar functions.

@@ -14,16 +14,17 @@ namespace pdfbmp {
 
 /// gray1 or gray8 where every pixel is opaque and gray, rgb8 where every pixel is opaque, else
 /// rgba8.
-std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp32& bmp);
+PDFBMP_API std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp32& bmp);
 
 /// gray1 or gray8 where every pixel is opaque, else gray_alpha8.
-std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmpGray& bmp);
+PDFBMP_API std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmpGray& bmp);
 
 /// Opacity as gray8: 0 transparent, 255 opaque.
-std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp8& bmp);
+PDFBMP_API std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp8& bmp);
 
 /// Indices into the 256 colours at `palette`, which are copied. A bitmap of 0 and 255 alone comes
 /// as two colours at 1 bit.
-std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp8& bmp, const _KXRGBA* palette);
+PDFBMP_API std::unique_ptr<CPDFRasterReader> make_bitmap_reader(const CKXBmp8& bmp,
+                                                                const _KXRGBA* palette);
 
 }  // namespace pdfbmp

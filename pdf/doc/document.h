@@ -40,7 +40,7 @@ struct CPDFLoadedImage {
 
 /// An opened PDF. Opening and every member may be called from any thread; calls that read objects
 /// take the document's lock, the streams they return do not. Nothing throws but std::bad_alloc.
-class CPDFDocument {
+class PDFBMP_API CPDFDocument {
  public:
   /// Null where the file cannot be opened; `status` and `message` (one line) then say why.
   static std::unique_ptr<CPDFDocument> open(std::shared_ptr<CPDFSource> source,

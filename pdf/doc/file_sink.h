@@ -8,7 +8,7 @@
 #include "pdf/doc/raster.h"
 
 /// Writes to an open file descriptor, which it does not own: a pipe, a terminal, an open file.
-class CPDFDescriptorSink final : public CPDFByteSink {
+class PDFBMP_API CPDFDescriptorSink final : public CPDFByteSink {
  public:
   explicit CPDFDescriptorSink(int descriptor) : descriptor_(descriptor) {}
 
@@ -29,7 +29,7 @@ class CPDFDescriptorSink final : public CPDFByteSink {
 /// Makes a file that appears under its name only when it is whole: the bytes go to a temporary
 /// file beside it, which commit() renames (replacing what was there) and the destructor removes
 /// where commit() never came.
-class CPDFFileSink final : public CPDFByteSink {
+class PDFBMP_API CPDFFileSink final : public CPDFByteSink {
  public:
   explicit CPDFFileSink(std::string path);
   ~CPDFFileSink() override;

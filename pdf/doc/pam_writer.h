@@ -7,7 +7,7 @@
 
 /// Writes a picture in one of the uncompressed formats of the Netpbm family. Palettes are written
 /// as the colours they stand for, as gray where all of them are gray.
-class CPDFPamWriter final : public CPDFRasterWriter {
+class PDFBMP_API CPDFPamWriter final : public CPDFRasterWriter {
  public:
   enum class Dialect {
     pam,  ///< PAM (P7) whatever the picture holds.

@@ -26,7 +26,9 @@ namespace pdfbmp {
 /// the height. The picture owns `loaded`; its reports are complete when all rows have been read.
 /// Null, with the reason in `problem`, where there is nothing to show or it is above `max_pixels`.
 /// `problem` also tells of a mask that had to be left out.
-std::unique_ptr<CPDFRasterReader> open_picture(CPDFLoadedImage loaded, const CPDFFoundImage& found,
-                                               std::int64_t max_pixels, std::string& problem);
+PDFBMP_API std::unique_ptr<CPDFRasterReader> open_picture(CPDFLoadedImage loaded,
+                                                          const CPDFFoundImage& found,
+                                                          std::int64_t max_pixels,
+                                                          std::string& problem);
 
 }  // namespace pdfbmp

@@ -9,7 +9,7 @@
 /// width included. Every pixel format is kept as it is: gray at 1 or 8 bits, palettes with their
 /// own depth, alpha where the format has it. The file says that its colours are sRGB, and tells
 /// the resolution where it is known.
-class CPDFPngWriter final : public CPDFRasterWriter {
+class PDFBMP_API CPDFPngWriter final : public CPDFRasterWriter {
  public:
   /// `sink` must outlive the writer.
   explicit CPDFPngWriter(CPDFByteSink& sink);

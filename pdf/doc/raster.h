@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "kx/api.h"
 #include "kx/rgba.h"
 
 /// How the pixels of a row lie, top row first, each row starting on a byte boundary.
@@ -17,7 +18,7 @@
 ///     rgba8        4 bytes: r, g, b, alpha (not premultiplied)
 enum class CPDFPixelFormat { gray1, gray8, gray_alpha8, indexed, rgb8, rgba8 };
 
-struct CPDFRasterInfo {
+struct PDFBMP_API CPDFRasterInfo {
   int width = 0;
   int height = 0;
   CPDFPixelFormat format = CPDFPixelFormat::rgb8;
@@ -30,7 +31,7 @@ struct CPDFRasterInfo {
 };
 
 /// A picture that is read row by row, from the top.
-class CPDFRasterReader {
+class PDFBMP_API CPDFRasterReader {
  public:
   virtual ~CPDFRasterReader() = default;
   virtual const CPDFRasterInfo& info() const = 0;
@@ -41,7 +42,7 @@ class CPDFRasterReader {
 };
 
 /// Takes a picture row by row.
-class CPDFRasterWriter {
+class PDFBMP_API CPDFRasterWriter {
  public:
   virtual ~CPDFRasterWriter() = default;
   virtual bool begin(const CPDFRasterInfo& info) = 0;    ///< Once, before the first row.
@@ -50,7 +51,7 @@ class CPDFRasterWriter {
 };
 
 /// Where a writer's bytes go. False means that no more can be written.
-class CPDFByteSink {
+class PDFBMP_API CPDFByteSink {
  public:
   virtual ~CPDFByteSink() = default;
   virtual bool write(const void* bytes, std::size_t n) = 0;

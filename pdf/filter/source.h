@@ -5,9 +5,11 @@
 #include <memory>
 #include <string>
 
+#include "kx/api.h"
+
 /// The bytes of a PDF file, or of a piece of one, at random access. Any number of threads may read
 /// one source at a time. Nothing throws.
-class CPDFSource {
+class PDFBMP_API CPDFSource {
  public:
   virtual ~CPDFSource() = default;
 
@@ -24,9 +26,10 @@ namespace pdfbmp {
 /// A file, read with pread and never mapped: one that is cut short while it is read ends early and
 /// raises no signal. Null, with the reason in `error`, where it cannot be opened or is no file
 /// that can be read at an offset.
-std::shared_ptr<CPDFSource> open_file_source(const std::string& path, std::string& error);
+PDFBMP_API std::shared_ptr<CPDFSource> open_file_source(const std::string& path,
+                                                        std::string& error);
 
 /// Bytes in memory, owned by the source.
-std::shared_ptr<CPDFSource> make_memory_source(std::string bytes);
+PDFBMP_API std::shared_ptr<CPDFSource> make_memory_source(std::string bytes);
 
 }  // namespace pdfbmp

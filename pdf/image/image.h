@@ -13,7 +13,7 @@ class CPDFXRefTable;
 struct CPDFResources;
 
 /// The base record of external objects.
-class CPDFXObject {
+class PDFBMP_API CPDFXObject {
  public:
   CPDFXObject() = default;
   virtual ~CPDFXObject();  ///< Frees `obj`.
@@ -32,7 +32,7 @@ class CPDFXObject {
 /// the stream, and afterwards every request gives its own cached bitmap, null if it never ran.
 /// Bitmaps stay the image's and live until unload() or the destructor. Failures are null results;
 /// nothing throws. One image, with its sub-images, is used by one thread at a time.
-class CPDFImage : public CPDFXObject {
+class PDFBMP_API CPDFImage : public CPDFXObject {
  public:
   CPDFImage();
   ~CPDFImage() override;

@@ -6,7 +6,7 @@
 /// The seam to a JPEG 2000 decoder: a stream of `kind` 9. read_block delivers the colour samples
 /// as 8-bit values, pixel by pixel, `comp_count` of them a pixel; read_alpha delivers the opacity.
 /// Colour and alpha are read independently of each other, each from the first row down.
-class CPDFStreamJPX : public CPDFStream {
+class PDFBMP_API CPDFStreamJPX : public CPDFStream {
  public:
   CPDFStreamJPX() { kind = 9; }
 

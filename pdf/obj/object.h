@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "kx/api.h"
+
 class CPDFArray;
 class CPDFDictionary;
 struct CPDFStreamRec;
@@ -46,7 +48,7 @@ enum CPDFObjType : std::uint32_t {
 /// A value owns its text, string bytes (memory of KXAlloc) and containers (`new`). It has no
 /// destructor: containers move values about as plain memory. Whoever embeds a value calls free()
 /// before it goes; a CPDFObjHolder does that for a local one.
-class CPDFObj {
+class PDFBMP_API CPDFObj {
  public:
   CPDFObj() = default;
   CPDFObj(const CPDFObj&) = delete;
@@ -103,7 +105,7 @@ class CPDFObjHolder : public CPDFObj {
 };
 
 /// A run of values, stored one after the other.
-class CPDFArray {
+class PDFBMP_API CPDFArray {
  public:
   CPDFArray() = default;
   ~CPDFArray() { clear(); }
@@ -125,7 +127,7 @@ class CPDFArray {
 
 /// A dictionary: item pointers sorted by their keys (ascending `strcmp`). Each item is a CPDFObj
 /// followed directly by its NUL-terminated key in the same allocation (KXAlloc).
-class CPDFDictionary {
+class PDFBMP_API CPDFDictionary {
  public:
   CPDFDictionary() = default;
   ~CPDFDictionary() { clear(); }

@@ -1,11 +1,13 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include "kx/api.h"
+
 class CPDFDictionary;
 
 /// A reader of decoded stream data. The class itself reads bytes in memory; filters derive from it.
 /// A stream is read by one consumer, on one thread at a time, and deleted by its owner.
-class CPDFStream {
+class PDFBMP_API CPDFStream {
  public:
   CPDFStream() = default;  ///< All fields zero: a stream at its end.
 

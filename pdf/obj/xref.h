@@ -8,7 +8,7 @@ class CPDFStream;
 /// The seam to a PDF parser: resolves references and opens streams. An embedder with a parser of
 /// its own implements this; the document library has one over its own parser. Used by one thread
 /// at a time, unless the implementation says otherwise. Must not throw.
-class CPDFXRefTable {
+class PDFBMP_API CPDFXRefTable {
  public:
   virtual ~CPDFXRefTable() = default;
 

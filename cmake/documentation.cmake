@@ -1,0 +1,19 @@
+# The target `docs`: HTML pages of the public headers, in docs/html of the build folder. A warning is
+# a failure.
+find_package(Doxygen QUIET)
+if(DOXYGEN_FOUND)
+  include(${CMAKE_CURRENT_LIST_DIR}/public_headers.cmake)
+  set(DOXYGEN_OUTPUT_DIRECTORY docs)
+  set(DOXYGEN_EXTRACT_ALL YES)
+  set(DOXYGEN_JAVADOC_AUTOBRIEF YES)
+  set(DOXYGEN_WARN_AS_ERROR FAIL_ON_WARNINGS)
+  set(DOXYGEN_QUIET YES)
+  set(DOXYGEN_MACRO_EXPANSION YES)
+  set(DOXYGEN_EXPAND_ONLY_PREDEF YES)
+  set(DOXYGEN_PREDEFINED PDFBMP_API=)
+  set(DOXYGEN_FULL_PATH_NAMES YES)
+  set(DOXYGEN_STRIP_FROM_PATH ${PROJECT_SOURCE_DIR})
+  set(DOXYGEN_HAVE_DOT NO)
+  doxygen_add_docs(docs ${PDFBMP_IMAGE_HEADERS} ${PDFBMP_DOCUMENT_HEADERS}
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+endif()

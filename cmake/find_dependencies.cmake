@@ -1,0 +1,15 @@
+# Finds the libraries that the document library stands on, none of them GPL or AGPL, as PkgConfig::QPDF
+# and so on; `pdfbmp_missing` names those that are not there. Installed too, for users of the static library.
+find_package(PkgConfig QUIET)
+find_package(Threads QUIET)
+set(pdfbmp_missing)
+foreach(pdfbmp_package libqpdf libisal libjpeg libopenjp2 lcms2)
+  string(TOUPPER ${pdfbmp_package} pdfbmp_prefix)
+  string(REGEX REPLACE "^LIB" "" pdfbmp_prefix ${pdfbmp_prefix})
+  if(PKG_CONFIG_FOUND)
+    pkg_check_modules(${pdfbmp_prefix} QUIET IMPORTED_TARGET ${pdfbmp_package})
+  endif()
+  if(NOT TARGET PkgConfig::${pdfbmp_prefix})
+    list(APPEND pdfbmp_missing ${pdfbmp_package})
+  endif()
+endforeach()
