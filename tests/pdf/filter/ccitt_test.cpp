@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "tests/pdf/filter/fax_encoder.h"
+#include "examples/encoders/fax_encoder.h"
 #include "tests/pdf/filter/samples.h"
 
 namespace filter_test {

@@ -4,32 +4,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-// After <cstdio>, whose types it uses.
-#include <jpeglib.h>
 
+#include "examples/encoders/jpeg_encoder.h"
 #include "tests/pdf/filter/samples.h"
 
+using encoders::Jpeg;
 using filter_test::decode;
 using filter_test::Decoded;
 using filter_test::Parms;
 
 namespace {
-
-struct Jpeg {
-  J_COLOR_SPACE stored = JCS_YCbCr;  ///< The encoder stores the samples as they are.
-  int adobe = -1;                    ///< The transform that an Adobe marker names; negative: none.
-  int width = 40, height = 48;
-  bool progressive = false;
-  unsigned restart_rows = 0;
-};
-
-int components_of(const Jpeg& jpeg) {
-  return jpeg.stored == JCS_GRAYSCALE ? 1 : jpeg.stored == JCS_CMYK || jpeg.stored == JCS_YCCK ? 4 : 3;
-}
 
 /// Component `c` of a smooth picture, from 60 to 188, which a JPEG of quality 100 keeps within 2.
 int smooth_sample(int x, int y, int c) {
@@ -37,45 +24,7 @@ int smooth_sample(int x, int y, int c) {
   return std::abs(ramp - 128) + 60;
 }
 
-std::string encode(const Jpeg& jpeg) {
-  jpeg_compress_struct info = {};
-  jpeg_error_mgr errors = {};
-  info.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&info);
-  unsigned char* bytes = nullptr;
-  unsigned long size = 0;
-  jpeg_mem_dest(&info, &bytes, &size);
-  info.image_width = static_cast<JDIMENSION>(jpeg.width);
-  info.image_height = static_cast<JDIMENSION>(jpeg.height);
-  info.input_components = components_of(jpeg);
-  info.in_color_space = jpeg.stored;
-  jpeg_set_defaults(&info);
-  jpeg_set_colorspace(&info, jpeg.stored);
-  jpeg_set_quality(&info, 100, TRUE);
-  info.write_JFIF_header = info.write_Adobe_marker = FALSE;
-  for (int c = 0; c < info.num_components; ++c) { info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1; }
-  info.restart_in_rows = static_cast<int>(jpeg.restart_rows);
-  if (jpeg.progressive) jpeg_simple_progression(&info);
-  jpeg_start_compress(&info, TRUE);
-  if (jpeg.adobe >= 0) {
-    const JOCTET marker[12] = {'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, static_cast<JOCTET>(jpeg.adobe)};
-    jpeg_write_marker(&info, JPEG_APP0 + 14, marker, sizeof marker);
-  }
-  std::string row;
-  for (int y = 0; y < jpeg.height; ++y) {
-    row.clear();
-    for (int x = 0; x < jpeg.width; ++x) {
-      for (int c = 0; c < info.input_components; ++c) { row += static_cast<char>(smooth_sample(x, y, c)); }
-    }
-    JSAMPROW start = reinterpret_cast<JSAMPROW>(row.data());
-    jpeg_write_scanlines(&info, &start, 1);
-  }
-  jpeg_finish_compress(&info);
-  const std::string encoded(reinterpret_cast<char*>(bytes), size);
-  jpeg_destroy_compress(&info);
-  std::free(bytes);
-  return encoded;
-}
+std::string encode(const encoders::Jpeg& jpeg) { return encoders::encode_jpeg(jpeg, smooth_sample); }
 
 /// What a stored sample means, by the formulas of JFIF; CMY of YCCK is 255 less RGB.
 std::array<double, 4> expected_sample(int x, int y, bool transformed, int components) {

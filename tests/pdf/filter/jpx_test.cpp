@@ -7,28 +7,17 @@
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
-#include <openjpeg.h>
 #include <string>
 #include <vector>
 
+#include "examples/encoders/jpx_encoder.h"
 #include "pdf/obj/jpx_stream.h"
 #include "tests/pdf/filter/samples.h"
 
+using namespace encoders::jpx;
 using filter_test::Parms;
 
 namespace {
-
-struct Component {
-  int bits = 8;
-  bool is_signed = false;
-  int step = 1;  ///< Pixels from one sample to the next, both ways.
-};
-
-struct Picture {
-  std::vector<Component> components;
-  int width = 37, height = 29;
-  int tile = 0;  ///< Side of a tile; 0 for one.
-};
 
 /// Sample of a component at a pixel that it lies on, from 0 up.
 int raw_sample(const Picture& picture, int c, int x, int y) {
@@ -38,86 +27,8 @@ int raw_sample(const Picture& picture, int c, int x, int y) {
   return (x * 7 + y * 5 + c * 50) * ((1 << bits) - 1) / 700 % (1 << bits);
 }
 
-std::string big_endian(std::uint32_t v, int n) {
-  std::string bytes;
-  while (n-- > 0) bytes += static_cast<char>(v >> (8 * n));
-  return bytes;
-}
-
-std::string box(const char* name, const std::string& body) {
-  return big_endian(static_cast<std::uint32_t>(body.size() + 8), 4) + name + body;
-}
-
-/// The codestream in a file with these boxes in its header.
-std::string file_of(const std::string& codestream, const std::string& boxes) {
-  return box("jP  ", "\r\n\x87\n") + box("ftyp", std::string("jp2 \0\0\0\0jp2 ", 12)) + box("jp2h", boxes) + box("jp2c", codestream);
-}
-
-std::string color_box(std::uint32_t space) { return box("colr", std::string("\1\0\0", 3) + big_endian(space, 4)); }
-
 std::string encode(const Picture& picture) {
-  std::vector<opj_image_cmptparm_t> parms;
-  for (const Component& c : picture.components) {
-    opj_image_cmptparm_t parm = {};
-    parm.dx = parm.dy = static_cast<OPJ_UINT32>(c.step);
-    parm.w = static_cast<OPJ_UINT32>((picture.width + c.step - 1) / c.step);
-    parm.h = static_cast<OPJ_UINT32>((picture.height + c.step - 1) / c.step);
-    parm.prec = static_cast<OPJ_UINT32>(c.bits);
-    parm.sgnd = c.is_signed;
-    parms.push_back(parm);
-  }
-  opj_image_t* image = opj_image_create(static_cast<OPJ_UINT32>(parms.size()), parms.data(), OPJ_CLRSPC_UNSPECIFIED);
-  image->x1 = static_cast<OPJ_UINT32>(picture.width);
-  image->y1 = static_cast<OPJ_UINT32>(picture.height);
-  for (std::size_t c = 0; c < parms.size(); ++c) {
-    const Component& component = picture.components[c];
-    OPJ_INT32* sample = image->comps[c].data;
-    for (OPJ_UINT32 y = 0; y < parms[c].h; ++y) {
-      for (OPJ_UINT32 x = 0; x < parms[c].w; ++x) {
-        *sample++ = raw_sample(picture, static_cast<int>(c), static_cast<int>(x) * component.step, static_cast<int>(y) * component.step) -
-                    (component.is_signed ? 1 << (component.bits - 1) : 0);
-      }
-    }
-  }
-  opj_cparameters_t options;
-  opj_set_default_encoder_parameters(&options);
-  options.tcp_numlayers = 1;
-  options.tcp_rates[0] = 0;
-  options.cp_disto_alloc = 1;
-  options.numresolution = 3;
-  options.tcp_mct = 0;
-  if (picture.tile > 0) {
-    options.tile_size_on = OPJ_TRUE;
-    options.cp_tdx = options.cp_tdy = picture.tile;
-  }
-  struct Out {
-    std::string bytes;
-    std::size_t at = 0;
-  } out;
-  opj_stream_t* stream = opj_stream_create(1 << 16, OPJ_FALSE);
-  opj_stream_set_user_data(stream, &out, nullptr);
-  opj_stream_set_write_function(stream, [](void* src, OPJ_SIZE_T n, void* user) {
-    Out& to = *static_cast<Out*>(user);
-    to.bytes.resize(std::max(to.bytes.size(), to.at + n));
-    std::memcpy(to.bytes.data() + to.at, src, n);
-    to.at += n;
-    return n;
-  });
-  opj_stream_set_skip_function(stream, [](OPJ_OFF_T n, void* user) {
-    static_cast<Out*>(user)->at += static_cast<std::size_t>(n);
-    return n;
-  });
-  opj_stream_set_seek_function(stream, [](OPJ_OFF_T at, void* user) -> OPJ_BOOL {
-    static_cast<Out*>(user)->at = static_cast<std::size_t>(at);
-    return OPJ_TRUE;
-  });
-  opj_codec_t* codec = opj_create_compress(OPJ_CODEC_J2K);
-  const bool good = opj_setup_encoder(codec, &options, image) && opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
-                    opj_end_compress(codec, stream);
-  opj_destroy_codec(codec);
-  opj_stream_destroy(stream);
-  opj_image_destroy(image);
-  return good ? out.bytes : "";
+  return encoders::encode_jpx(picture, [&](int c, int x, int y) { return raw_sample(picture, c, x, y); });
 }
 
 struct Decoded {
@@ -166,13 +77,13 @@ double as_byte(const Picture& picture, int c, int x, int y) {
 }  // namespace
 
 TEST(JPX, DeliversEveryKindOfComponentAsBytes) {
-  const Component byte = {}, half = {8, false, 2}, wide = {16, false, 1};
+  static const Component byte = {}, half = {8, false, 2}, wide = {16, false, 1};
   struct Case {
     const char* name;
     Picture picture;
     std::vector<int> delivered;  ///< Which component each channel shows.
   };
-  const Case cases[] = {
+  static const Case cases[] = {
       {"gray", {{byte}}, {0}},
       {"two", {{byte, byte}}, {0, 0, 0}},
       {"RGB", {{byte, byte, byte}}, {0, 1, 2}},

@@ -1,11 +1,11 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "tests/pdf/filter/fax_encoder.h"
+#include "examples/encoders/fax_encoder.h"
 
 #include <cstdlib>
 
-#include "tests/pdf/filter/samples.h"
+#include "examples/encoders/encoders.h"
 
-namespace filter_test {
+namespace encoders {
 namespace {
 
 constexpr const char* end_of_line_code = "000000000001";
@@ -57,11 +57,13 @@ class Encoder {
     for (; run > 2560; run -= 2560) bits += find_code(pdfbmp::ccitt_long_codes, 2560);
     if (run >= 64) {
       const int part = run / 64 * 64;
-      const char* code = color == '1' ? find_code(pdfbmp::ccitt_black_codes, part) : find_code(pdfbmp::ccitt_white_codes, part);
+      const char* code = color == '1' ? find_code(pdfbmp::ccitt_black_codes, part)
+                                      : find_code(pdfbmp::ccitt_white_codes, part);
       bits += code != nullptr ? code : find_code(pdfbmp::ccitt_long_codes, part);
       run -= part;
     }
-    bits += color == '1' ? find_code(pdfbmp::ccitt_black_codes, run) : find_code(pdfbmp::ccitt_white_codes, run);
+    bits += color == '1' ? find_code(pdfbmp::ccitt_black_codes, run)
+                         : find_code(pdfbmp::ccitt_white_codes, run);
   }
 
   void add_1d(const std::string& row) {
@@ -75,7 +77,9 @@ class Encoder {
     }
   }
 
-  static char pixel(const std::string& row, int i) { return i < 0 ? '0' : row[static_cast<std::size_t>(i)]; }
+  static char pixel(const std::string& row, int i) {
+    return i < 0 ? '0' : row[static_cast<std::size_t>(i)];
+  }
 
   /// The first change after `from`; to `color` only, where that is given.
   static int next_change(const std::string& row, int from, char color = 0) {
@@ -117,7 +121,8 @@ class Encoder {
 
 }  // namespace
 
-std::string encode_fax(const FaxRows& rows, const FaxOptions& options, std::vector<std::size_t>* row_begins) {
+std::string encode_fax(const FaxRows& rows, const FaxOptions& options,
+                       std::vector<std::size_t>* row_begins) {
   Encoder encoder(options);
   std::string above(rows.empty() ? 0 : rows[0].size(), '0');
   int row_number = 0;
@@ -144,4 +149,4 @@ std::string pack_fax_rows(const FaxRows& rows, bool black_is_1) {
   return bytes;
 }
 
-}  // namespace filter_test
+}  // namespace encoders

@@ -7,7 +7,7 @@
 
 #include "pdf/filter/ccitt_codes.h"
 
-namespace filter_test {
+namespace encoders {
 
 /// A fax picture: a character a pixel, 1 for black.
 using FaxRows = std::vector<std::string>;
@@ -23,9 +23,10 @@ struct FaxOptions {
 
 /// A plain encoder after T.4 and T.6 that looks at single pixels. `row_begins`, where given, gets
 /// the bit at which each row (with the code before it) begins.
-std::string encode_fax(const FaxRows& rows, const FaxOptions& options, std::vector<std::size_t>* row_begins = nullptr);
+std::string encode_fax(const FaxRows& rows, const FaxOptions& options,
+                       std::vector<std::size_t>* row_begins = nullptr);
 
 /// The bytes that decoding gives.
 std::string pack_fax_rows(const FaxRows& rows, bool black_is_1);
 
-}  // namespace filter_test
+}  // namespace encoders
