@@ -26,6 +26,83 @@ CKXBmp* request(CPDFImage& image, int which, _KXRGBA* palette) {
   }
 }
 
+/// What a request does: B makes a bitmap and takes the stream; x gives null and takes the stream;
+/// d the same, and takes the colour space too; '.' gives null and leaves the image as it was.
+struct Case {
+  const char* name;
+  int width, height, bpc, family, components;
+  unsigned flags;
+  char sub;            ///< 'm' with a mask image, 's' with a soft mask.
+  const char* answer;  ///< One letter for each request, in the order above.
+};
+
+const Case cases[] = {
+    {"gray 8", 5, 3, 8, 1, 1, 0, 0, "BB.BB"},
+    {"gray 1", 5, 3, 1, 1, 1, 0, 0, "BBBBB"},
+    {"gray 4", 5, 3, 4, 1, 1, 0, 0, "BB..."},
+    {"RGB 8", 5, 3, 8, 3, 3, 0, 0, "BB..."},
+    {"RGB 1", 5, 3, 1, 3, 3, 0, 0, "BBB.."},
+    {"family 2", 5, 3, 8, 2, 1, 0, 0, "BB..B"},
+    {"indexed 1", 5, 3, 1, 8, 1, 0, 0, "BBB.B"},
+    {"indexed 8", 5, 3, 8, 8, 1, 0, 0, "BB..."},
+    {"stencil of 8 bits", 5, 3, 8, 1, 1, CPDFImage::image_mask, 0, "..BB."},
+    {"stencil without space", 5, 3, 1, 0, 0, CPDFImage::image_mask, 0, "..B.."},
+    {"soft mask in data", 5, 3, 8, 1, 1, CPDFImage::smask_in_data, 0, "...B."},
+    {"no space", 5, 3, 8, 0, 0, 0, 0, "....."},
+    {"with mask image", 5, 3, 8, 1, 1, 0, 'm', "BB.B."},
+    {"with soft mask", 5, 3, 8, 1, 1, 0, 's', "BB.B."},
+    {"no width", 0, 3, 1, 1, 1, 0, 0, "xx..x"},
+    {"no height", 5, 0, 8, 1, 1, 0, 0, "xx..x"},
+    {"negative", -5, -3, 1, 1, 1, 0, 0, "xx..x"},
+    {"17 bits", 5, 3, 17, 7, 1, 0, 0, "dB..."},
+    {"0 bits", 5, 3, 0, 7, 1, 0, 0, "dB..."},
+    {"17 components", 5, 3, 8, 7, 17, 0, 0, "dB..."},
+};
+
+/// Each request on a fresh image, then once more, then all others.
+TEST(Requests, TakeWhatTheyReadAndCacheIt) {
+  for (const Case& c : cases) {
+    for (int which = 0; which < 5; ++which) {
+      for (const int borrowed : {0, 1}) {
+        SCOPED_TRACE(testing::Message() << c.name << ", " << request_names[which] << ", " << borrowed);
+        TestImage t(c.width, c.height, c.bpc, c.family, c.components);
+        CPDFImage& image = *t.image;
+        CPDFCSBase* space = image.cs;
+        image.flags = c.flags;
+        image.cs_borrowed = borrowed;
+        if (c.sub == 'm') image.mask = new CPDFImage;
+        if (c.sub == 's') image.smask = new CPDFImage;
+        t.give({});
+        _KXRGBA palette[256];
+        std::memset(palette, 0x5A, sizeof palette);
+
+        const char answer = c.answer[which];
+        const CKXBmp* bmp = request(image, which, palette);
+        const size_t reads = t.reads.reads.size();
+        EXPECT_EQ(bmp != nullptr, answer == 'B');
+        EXPECT_EQ(t.reads.live, answer == '.' ? 1 : 0);
+        EXPECT_EQ(image.stream != nullptr, answer == '.');
+        const bool space_goes = borrowed == 0 && (answer == 'd' || (answer == 'B' && which < 2));
+        EXPECT_EQ(image.cs, space_goes ? nullptr : space);
+        if (answer == '.') { EXPECT_EQ(palette[0].a, 0x5A); }
+
+        for (int again = 0; again < 5; ++again) {
+          if (answer == '.' && again != which) continue;
+          const bool is_cached = again == which || (which + again == 5 && which > 1 && again > 1);
+          const CKXBmp* second = request(image, again, palette);
+          if (again == which && !space_goes) { EXPECT_EQ(second, bmp); }
+          if (!is_cached) { EXPECT_EQ(second, nullptr); }
+        }
+        EXPECT_EQ(t.reads.reads.size(), reads);
+        t.image.reset();
+        EXPECT_EQ(t.reads.live, 0);
+        EXPECT_EQ(t.space.live, borrowed != 0 && space != nullptr ? 1 : 0);
+        if (borrowed != 0) delete space;
+      }
+    }
+  }
+}
+
 TEST(Requests, JpxAlpha) {
   const auto alpha_answer = [](int call, int n) { return call == 2 ? 0 : n; };
   for (const int step : {1, 2, 4}) {
@@ -55,6 +132,38 @@ TEST(Requests, JpxAlpha) {
       const auto rows = static_cast<size_t>((height - 1) * step + 1);
       EXPECT_EQ(t.reads.alpha_reads, std::vector<int>(alpha ? rows : 0, 11));
     }
+  }
+}
+
+/// Alpha multiplies, and the key clears, what is there.
+TEST(Requests, JpxAlphaAndColorKey) {
+  TestImage t(40, 5, 8, 7, 3);
+  ScriptedStream stream(t.reads, {});
+  Bytes expected = image_reference::color(*t.image, 1, stream);
+  t.image->has_mask = 1;
+  for (int i = 0; i < 3; ++i) t.image->mask_max.val[i] = 9;
+  for (size_t i = 0; i < expected.size(); i += 4) {
+    expected[i + 3] = sample_byte(9, static_cast<int>(4 - i / 160), static_cast<int>(i / 4 % 40));
+  }
+  image_reference::clear_key(*t.image, expected);
+  t.image->jpx_alpha = 1;
+  t.image->stream = new ScriptedJpxStream(t.reads, {}, {[](int, int n) { return n; }, 9});
+  EXPECT_EQ(memory_of(t.image->get_bmp()), expected);
+}
+
+/// A space that serves no colour gives opaque black, never old memory.
+TEST(Requests, MuteSpaceIsBlack) {
+  for (const int bpc : {1, 2, 4, 8}) {
+    StreamLog reads;
+    CPDFImage image;
+    image.width = 9;
+    image.height = 1;
+    image.bpc = bpc;
+    image.cs = new MuteSpace;
+    image.stream = new ScriptedStream(reads, {});
+    const Bytes bitmap = memory_of(image.get_bmp());
+    for (size_t i = 0; i < bitmap.size(); ++i) EXPECT_EQ(bitmap[i], i % 4 == 3 ? 255 : 0);
+    EXPECT_EQ(bitmap.size(), 36U);
   }
 }
 
