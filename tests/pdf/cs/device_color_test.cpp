@@ -44,27 +44,6 @@ std::array<int, 4> cmyk_of(CPDFCSBase& cs, std::array<int, 4> values) {
   return {cmyk.val[0], cmyk.val[1], cmyk.val[2], cmyk.val[3]};
 }
 
-TEST(DeviceColor, FieldsAndDefaults) {
-  struct Case {
-    std::unique_ptr<CPDFCSBase> cs;
-    int family, components, operation, black;
-  } cases[] = {
-      {std::make_unique<CPDFCSDeviceGray>(), 1, 1, 0, 0},
-      {std::make_unique<CPDFCSDeviceRGB>(), 3, 3, 0, 0},
-      {std::make_unique<CPDFCSDeviceCMYK>(), 5, 4, 1, 255},
-      {std::make_unique<CPDFCSDeviceCMYKExt>(), 12, 4, 0, 255},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.family);
-    EXPECT_EQ(c.cs->family, c.family);
-    EXPECT_EQ(c.cs->comp_count, c.components);
-    EXPECT_EQ(c.cs->support_op(), c.operation);
-    PDF_COLOR color = color_of({9, 9, 9, 9});
-    c.cs->get_default_color(color);
-    for (int i = 0; i < 16; ++i) { EXPECT_EQ(color.val[i], i < 3 ? 0 : i == 3 ? c.black : 1000 + i); }
-  }
-}
-
 TEST(DeviceColor, Gray) {
   CPDFCSDeviceGray cs;
   struct Case {
@@ -135,18 +114,6 @@ class Installed {
   }
   ~Installed() { CPDFCSDeviceCMYKExt::ms_icc = CPDFCSDeviceCMYKExt::ms_icc_end = nullptr; }
 };
-
-TEST(DeviceColor, LinearTableGivesTheInks) {
-  auto table = grid_table([](int c, int m, int y, int) { return Rgb{c * 4080, m * 4080, y * 4080}; });
-  const Installed installed(table);
-  CPDFCSDeviceCMYKExt cs;
-  for (int v = 0; v < 256; ++v) {
-    for (int w = 0; w < 256; w += 5) {
-      ASSERT_EQ(rgb_of(cs, {v, w, 255 - v, w}), (Rgb{v, w, 255 - v}));
-      ASSERT_EQ(rgb_of(cs, {w, v, w, v}), (Rgb{w, v, w}));
-    }
-  }
-}
 
 TEST(DeviceColor, TableNodesAndRounding) {
   auto table = random_grid_table(7);

@@ -251,22 +251,6 @@ TEST(Rows, TableShorterThanTheGrid) {
   EXPECT_LT(untouched, 60);
 }
 
-TEST(Rows, ComplementInPlace) {
-  for (size_t n = 0; n < 200; ++n) {
-    std::vector<unsigned char> bytes(n, 0x3C);
-    rows().complement(bytes.data(), bytes.data(), n);
-    EXPECT_EQ(bytes, std::vector<unsigned char>(n, 0xC3));
-  }
-}
-
-TEST(Rows, OverlapGoesToTheScalarWalk) {
-  unsigned char bytes[64] = {};
-  EXPECT_EQ(&rows_for(bytes, 32, bytes + 31, 8), &scalar_rows);
-  EXPECT_EQ(&rows_for(bytes + 39, 8, bytes + 32, 8), &scalar_rows);
-  EXPECT_EQ(&rows_for(bytes, 32, bytes + 32, 8), &rows());
-  EXPECT_EQ(&rows_for(bytes + 40, 8, bytes + 32, 8), &rows());
-}
-
 // The suite is run once for each path (tests/pdf/cs/CMakeLists.txt): the one that is named must be
 // the one that runs.
 TEST(Rows, ForcedPathIsTheRunningOne) {

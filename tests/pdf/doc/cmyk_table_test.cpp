@@ -36,15 +36,6 @@ TEST(CmykTable, HoldsTheColoursOfTheProfile) {
   EXPECT_EQ(space_of("/DeviceCMYK")->family, 5);
 }
 
-TEST(CmykTable, CompensatesTheBlackPoint) {
-  std::string error;
-  ASSERT_TRUE(install(cmyk_profile(0.1), error)) << error;
-  const auto space = space_of("/DeviceCMYK");
-  expect_near(rgb_of(*space, {255, 255, 255, 255}), {0, 0, 0}, 2, "all inks");
-  expect_near(rgb_of(*space, {0, 0, 0, 0}), {255, 255, 255}, 2, "no ink");
-  pdfbmp::remove_cmyk_table();
-}
-
 TEST(CmykTable, RefusesWhatIsNoCmykProfile) {
   const std::string good = cmyk_profile();
   std::string error;

@@ -53,15 +53,4 @@ TEST(FileSink, FailuresAreToldAndLeaveNothing) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
-TEST(DescriptorSink, StopsAtTheFirstFailure) {
-  const int full = ::open("/dev/full", O_WRONLY);
-  if (full < 0) GTEST_SKIP() << "no /dev/full here";
-  CPDFDescriptorSink sink(full);
-  EXPECT_FALSE(sink.write("abc", 3));
-  EXPECT_NE(sink.error(), "");
-  EXPECT_FALSE(sink.write("", 0));
-  EXPECT_EQ(sink.written(), 0);
-  ::close(full);
-}
-
 }  // namespace

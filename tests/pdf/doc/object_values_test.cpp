@@ -62,13 +62,4 @@ TEST(ObjectValues, EveryKindInADictionary) {
   EXPECT_EQ(find_key(find_key(dict, "D")->dict(), "K")->as_int(), 1);
 }
 
-TEST(ObjectValues, NestingIsCut) {
-  const auto source = QPDFObjectHandle::parse(std::string(300, '[') + std::string(300, ']'));
-  CPDFObjHolder value;
-  pdfbmp::convert_object(source, value);
-  int depth = 0;
-  for (const CPDFArray* a = value.array(); a != nullptr && a->count > 0; a = a->items[0].array()) { ++depth; }
-  EXPECT_EQ(depth, 64);
-}
-
 }  // namespace

@@ -62,18 +62,4 @@ TEST(PamWriter, WritesEveryFormatInBothDialects) {
   }
 }
 
-TEST(PamWriter, RowsLongerThanAPieceAreWhole) {
-  const int width = 100003;
-  std::string row, levels;
-  for (int i = 0; i < width; ++i) {
-    row += static_cast<char>(i % 3);
-    levels += "\xFF\x09\x00"[i % 3];
-  }
-  MemorySink sink;
-  CPDFPamWriter writer(sink, Dialect::pnm);
-  ASSERT_TRUE(writer.begin(info_of(width, CPDFPixelFormat::indexed, 8, {white, gray})));
-  ASSERT_TRUE(writer.write_row(reinterpret_cast<const unsigned char*>(row.data())));
-  EXPECT_TRUE(sink.text == "P5\n100003 1\n255\n" + levels);
-}
-
 }  // namespace

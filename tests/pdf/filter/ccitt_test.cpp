@@ -168,15 +168,6 @@ TEST(CCITT, ResynchronisesAtEndOfLineCodes) {
   }
 }
 
-TEST(CCITT, RefusesWidthsThatLie) {
-  for (const int columns : {0, -1, -2147483647, 2147483647}) {
-    const Parms parms({{"Columns", columns}});
-    const Decoded decoded = decode("CCF", "\x12\x34", &parms.dict);
-    EXPECT_FALSE(decoded.made) << columns;
-    EXPECT_TRUE(decoded.report.damaged) << columns;
-  }
-}
-
 // Noise ends somewhere, in bounds, whatever the parameters are.
 TEST(CCITT, SurvivesNoise) {
   Random random(3);

@@ -51,18 +51,6 @@ class Chain : public testing::Test {
   const std::string flate_ = deflate(png_predict(rows_, 10, 1, 2));
 };
 
-TEST_F(Chain, WithoutFiltersGivesTheBytesAndCountsThem) {
-  EXPECT_EQ(run(rows_), rows_);
-  EXPECT_EQ(report_->bytes, 500);
-  EXPECT_FALSE(report_->damaged);
-}
-
-TEST_F(Chain, TakesOneNameAndOneDictionary) {
-  dict_.set("Filter")->set_name("FlateDecode");
-  set_predictor(dict_.set("DecodeParms")->set_dict());
-  EXPECT_EQ(run(flate_), rows_);
-}
-
 TEST_F(Chain, TakesArraysWithNullsAndAbbreviations) {
   set_filters("F", {"AHx", "A85", "Fl"});
   CPDFArray* const parms = dict_.set("DP")->set_array();
@@ -85,18 +73,6 @@ TEST_F(Chain, FollowsReferences) {
   parms->append();
   parms->append()->set_ref({2, 0});
   EXPECT_EQ(run(encode_ascii85(flate_)), rows_);
-}
-
-TEST_F(Chain, GivesOneDictionaryToEveryFilter) {
-  set_filters("Filter", {"A85", "Fl"});
-  set_predictor(dict_.set("DecodeParms")->set_dict());
-  EXPECT_EQ(run(encode_ascii85(flate_)), rows_);
-}
-
-TEST_F(Chain, PassesOverCryptAndFileSpecifications) {
-  set_filters("Filter", {"Crypt"});
-  dict_.set("F")->set_string("file", 4);
-  EXPECT_EQ(run(rows_), rows_);
 }
 
 TEST_F(Chain, RefusesWhatItDoesNotKnow) {

@@ -34,18 +34,6 @@ TEST(LZW, ReadsTheExampleOfTheStandard) {
   EXPECT_EQ(decode("LZWDecode", encoded).bytes, "-----A---B");
 }
 
-TEST(LZW, NeedsNoMarkers) {
-  const std::string bytes = sample_bytes(3000, 8);
-  const Decoded decoded = decode("LZW", encode_lzw(bytes, 1, false, false));
-  EXPECT_EQ(decoded.bytes.substr(0, bytes.size()), bytes);
-}
-
-TEST(LZW, UndoesPredictors) {
-  const std::string rows = sample_bytes(3 * 50 * 20, 8);
-  const Parms parms({{"Predictor", 15}, {"Colors", 3}, {"Columns", 50}});
-  EXPECT_EQ(decode("LZW", encode_lzw(png_predict(rows, 150, 3, 5)), &parms.dict).bytes, rows);
-}
-
 // After the clear code only single bytes are known; and no code is beyond the next to be added.
 TEST(LZW, StopsAtCodesThatDoNotExist) {
   const struct {

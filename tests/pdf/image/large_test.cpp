@@ -101,24 +101,6 @@ class ConstantStream : public CPDFStream {
   unsigned char byte_;
 };
 
-TEST(LargeImage, MonoLevels) {
-  struct Case {
-    int width, height, byte;
-    Bytes pixels;
-  } const cases[] = {{8192, 4097, 0xF0, {255, 255, 0, 0}},
-                     {8192, 4097, 0xA0, {127, 127, 0, 0}},
-                     {16384, 8193, 0xE0, {191, 0}},
-                     {16384, 8193, 0x8C, {63, 127}}};
-  for (const Case& c : cases) {
-    TestImage t(c.width, c.height, 1, 1, 1);
-    t.image->stream = new ConstantStream(static_cast<unsigned char>(c.byte));
-    _KXRGBA palette[256];
-    const CKXBmp8* bmp = t.image->get_bmp_mono(palette);
-    ASSERT_NE(bmp, nullptr);
-    for (int x = 0; x < bmp->width; ++x) { ASSERT_EQ(bmp->pixels[x], c.pixels[static_cast<size_t>(x) % c.pixels.size()]) << x; }
-  }
-}
-
 /// Sizes whose counts or rows do not fit 32 bits end without a bitmap and without reading.
 TEST(LargeImage, ImpossibleSizes) {
   struct Case {

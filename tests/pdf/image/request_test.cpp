@@ -135,38 +135,6 @@ TEST(Requests, JpxAlpha) {
   }
 }
 
-/// Alpha multiplies, and the key clears, what is there.
-TEST(Requests, JpxAlphaAndColorKey) {
-  TestImage t(40, 5, 8, 7, 3);
-  ScriptedStream stream(t.reads, {});
-  Bytes expected = image_reference::color(*t.image, 1, stream);
-  t.image->has_mask = 1;
-  for (int i = 0; i < 3; ++i) t.image->mask_max.val[i] = 9;
-  for (size_t i = 0; i < expected.size(); i += 4) {
-    expected[i + 3] = sample_byte(9, static_cast<int>(4 - i / 160), static_cast<int>(i / 4 % 40));
-  }
-  image_reference::clear_key(*t.image, expected);
-  t.image->jpx_alpha = 1;
-  t.image->stream = new ScriptedJpxStream(t.reads, {}, {[](int, int n) { return n; }, 9});
-  EXPECT_EQ(memory_of(t.image->get_bmp()), expected);
-}
-
-/// A space that serves no colour gives opaque black, never old memory.
-TEST(Requests, MuteSpaceIsBlack) {
-  for (const int bpc : {1, 2, 4, 8}) {
-    StreamLog reads;
-    CPDFImage image;
-    image.width = 9;
-    image.height = 1;
-    image.bpc = bpc;
-    image.cs = new MuteSpace;
-    image.stream = new ScriptedStream(reads, {});
-    const Bytes bitmap = memory_of(image.get_bmp());
-    for (size_t i = 0; i < bitmap.size(); ++i) EXPECT_EQ(bitmap[i], i % 4 == 3 ? 255 : 0);
-    EXPECT_EQ(bitmap.size(), 36U);
-  }
-}
-
 TEST(Requests, Matte) {
   for (int has = 0; has < 8; ++has) {
     SCOPED_TRACE(has);

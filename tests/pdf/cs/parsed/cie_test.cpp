@@ -92,31 +92,4 @@ TEST(Lab, FollowsTheFormula) {
   }
 }
 
-TEST(Lab, IsTheBaseOfAnIndexedSpace) {
-  const auto space = space_of("[/Indexed [/Lab <</WhitePoint [0.9642 1 0.8249]>>] 1 <80C040FF8080>]");
-  ASSERT_TRUE(space);
-  expect_near(rgb_of(*space, {0}), srgb_of_lab(0x80 / 2.55, -100 + 200 * 0xC0 / 255.0, -100 + 200 * 0x40 / 255.0, d50), 1, "entry 0");
-}
-
-TEST(CieSpaces, GiveGrayCmykAndTheirFirstColour) {
-  const auto space = space_of("[/Lab <</WhitePoint [0.9642 1 0.8249] /Range [-20 60 10 90]>>]");
-  ASSERT_TRUE(space);
-  const Rgb rgb = rgb_of(*space, {120, 200, 90});
-  unsigned char gray = 0;
-  space->get_gray(color_of({120, 200, 90}), gray);
-  EXPECT_EQ(gray, (306 * rgb[0] + 601 * rgb[1] + 117 * rgb[2]) >> 10);
-  PDF_COLOR cmyk{};
-  space->get_cmyk(color_of({120, 200, 90}), cmyk);
-  const int k = 255 - std::max({rgb[0], rgb[1], rgb[2]});
-  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(cmyk.val[i], 255 - rgb[i] - k);
-  EXPECT_EQ(cmyk.val[3], k);
-
-  PDF_COLOR first{};
-  space->get_default_color(first);  // a* 0 is a quarter of its range; b* 0 lies below its own.
-  EXPECT_EQ(first.val[0], 0);
-  EXPECT_EQ(first.val[1], 64);
-  EXPECT_EQ(first.val[2], 0);
-  EXPECT_EQ(rgb_of(*space, {-5, 300, 999}), rgb_of(*space, {0, 255, 255}));
-}
-
 }  // namespace

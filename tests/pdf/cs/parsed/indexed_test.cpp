@@ -113,21 +113,4 @@ TEST(Indexed, LooksColoursUp) {
   }
 }
 
-TEST(Indexed, AsksItsBaseForGrayAndCmyk) {
-  const auto space = space_of("[/Indexed /DeviceCMYK 2 <000000000A141E28FF00FF00>]");
-  ASSERT_TRUE(space);
-  CPDFCSDeviceCMYK base;
-  const std::vector<int> entries[] = {{0, 0, 0, 0}, {10, 20, 30, 40}, {255, 0, 255, 0}};
-  for (int i = 0; i < 3; ++i) {
-    unsigned char got = 0, want = 0;
-    space->get_gray(color_of({i}), got);
-    base.get_gray(color_of(entries[i]), want);
-    EXPECT_EQ(got, want);
-    PDF_COLOR cmyk{};
-    space->get_cmyk(color_of({i}), cmyk);
-    EXPECT_EQ(std::vector<int>(cmyk.val, cmyk.val + 4), entries[i]);
-  }
-  expect_runs_agree(*space);
-}
-
 }  // namespace

@@ -59,14 +59,6 @@ TEST(PostScriptProgram, FailsWhereTheStackOrANumberDoesNotServe) {
   }
 }
 
-TEST(PostScriptProgram, RefusesMalformedText) {
-  for (const char* text : {"", "{", "}", "1 add", "{ 1 } }", "{ 1 } 2", "{ frob }", "{ {1} }", "{ true {1} {2} if }", "{ true {1} ifelse }",
-                           "{ 1e999 }", "{ 1.2.3 }", "{ nan }", "{ true {1} {2} {3} ifelse }", "{ + }", "{ - }"}) {
-    CPDFPostScriptProgram program;
-    EXPECT_FALSE(program.compile(text)) << text;
-  }
-}
-
 TEST(PostScriptProgram, KeepsItsLimits) {
   const auto nested = [](int depth) {
     std::string text = "{ 1 ";
