@@ -217,7 +217,9 @@ void find_opacity(Parts& parts, CPDFSampleLayout& layout, std::string& problem) 
     const CPDFObj* entry = find_key(dictionary_of(image), "SMaskInData");
     parts.has_matte = entry != nullptr && get_int_value(entry, image.xref) == 2;
   } else if (is_loaded(image.mask)) {
-    parts.opacity = pdfbmp::make_mask_rows(*image.mask, dictionary_of(*image.mask), true);
+    // A Mask that is no stencil breaks the rules; viewers take it as they take a soft mask.
+    const bool stencil = (image.mask->flags & CPDFImage::image_mask) != 0;
+    parts.opacity = pdfbmp::make_mask_rows(*image.mask, dictionary_of(*image.mask), stencil);
     if (parts.opacity == nullptr) problem = "its mask cannot be decoded";
   } else if (image.has_mask != 0 && image.mask == nullptr) {
     parts.has_key = layout.has_key = true;
