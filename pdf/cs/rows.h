@@ -30,6 +30,8 @@ struct CPDFRows {
                              const _KXRGBA* table);
   using BytesTable = void (*)(unsigned char* dst, const unsigned char* src, size_t n,
                               const unsigned char* table);
+  using BytesAlpha = void (*)(unsigned char* dst, const unsigned char* src, size_t n,
+                              const unsigned char* alpha);
 
   CPDFCpu cpu;
 
@@ -60,6 +62,11 @@ struct CPDFRows {
   // Bytes to bytes.
   Bytes average4;    ///< The average of four source bytes each, truncated; reads 4 * n bytes.
   Bytes complement;  ///< 255 - byte; dst may be src itself.
+
+  // Pixels as the writers of files take them.
+  Bytes rgb_from_rgba;  ///< Three bytes from each four of _KXRGBA: r, g, b.
+  /// One byte of `alpha` a pixel behind its three bytes of RGB, or its one of gray.
+  BytesAlpha rgba_from_rgb_and_alpha, gray_alpha_from_gray_and_alpha;
 };
 
 /// The table in use: the best path that the CPU runs, chosen at the first call. In tests and

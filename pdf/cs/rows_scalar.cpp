@@ -115,6 +115,24 @@ void complement(unsigned char* dst, const unsigned char* src, size_t n) {
   for (size_t i = 0; i < n; ++i) dst[i] = static_cast<unsigned char>(~src[i]);
 }
 
+void rgb_from_rgba(unsigned char* dst, const unsigned char* src, size_t n) {
+  for (size_t i = 0; i < n; ++i, src += 4, dst += 3) {
+    const unsigned char b = src[0], g = src[1], r = src[2];
+    dst[0] = r;
+    dst[1] = g;
+    dst[2] = b;
+  }
+}
+
+template <size_t Channels>
+void with_alpha(unsigned char* dst, const unsigned char* src, size_t n,
+                const unsigned char* alpha) {
+  for (size_t i = 0; i < n; ++i, src += Channels, dst += Channels + 1) {
+    for (size_t c = 0; c < Channels; ++c) dst[c] = src[c];
+    dst[Channels] = alpha[i];
+  }
+}
+
 }  // namespace
 
 const CPDFRows scalar_rows = {
@@ -134,4 +152,7 @@ const CPDFRows scalar_rows = {
     .bytes_from_1bit = bytes_from_1bit,
     .average4 = average4,
     .complement = complement,
+    .rgb_from_rgba = rgb_from_rgba,
+    .rgba_from_rgb_and_alpha = with_alpha<3>,
+    .gray_alpha_from_gray_and_alpha = with_alpha<1>,
 };

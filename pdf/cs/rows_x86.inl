@@ -487,6 +487,52 @@ ROWS_TARGET void complement(unsigned char* dst, const unsigned char* src, size_t
   scalar_rows.complement(dst + i, src + i, n - i);
 }
 
+// ---- pixels for writers ----
+//
+// In 128-bit registers on every path: the rows are bound by the compression that they feed.
+
+/// Four pixels to twelve bytes: three stores of 16 bytes hold sixteen pixels.
+struct RgbFromRgba {
+  static constexpr size_t count = 16, in = 4, out = 3;
+  static auto scalar() { return scalar_rows.rgb_from_rgba; }
+  ROWS_FN static void block(unsigned char* dst, const unsigned char* src) {
+    const __m128i pack = _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1);
+    const __m128i a = _mm_shuffle_epi8(load128(src), pack);
+    const __m128i b = _mm_shuffle_epi8(load128(src + 16), pack);
+    const __m128i c = _mm_shuffle_epi8(load128(src + 32), pack);
+    const __m128i d = _mm_shuffle_epi8(load128(src + 48), pack);
+    store128(dst, _mm_or_si128(a, _mm_slli_si128(b, 12)));
+    store128(dst + 16, _mm_or_si128(_mm_srli_si128(b, 4), _mm_slli_si128(c, 8)));
+    store128(dst + 32, _mm_or_si128(_mm_srli_si128(c, 8), _mm_slli_si128(d, 4)));
+  }
+  ROWS_FN static void store128(unsigned char* dst, __m128i v) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), v);
+  }
+};
+
+ROWS_TARGET void rgba_from_rgb_and_alpha(unsigned char* dst, const unsigned char* src, size_t n,
+                                         const unsigned char* alpha) {
+  const __m128i spread = _mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
+  size_t i = 0;
+  // Each load takes 16 bytes, of which four belong to the two pixels behind.
+  for (; i + 6 <= n; i += 4) {
+    const __m128i rgb = _mm_shuffle_epi8(load128(src + 3 * i), spread);
+    const __m128i opacity = _mm_cvtepu8_epi32(_mm_cvtsi32_si128(load32(alpha + i)));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 4 * i),
+                     _mm_or_si128(rgb, _mm_slli_epi32(opacity, 24)));
+  }
+  scalar_rows.rgba_from_rgb_and_alpha(dst + 4 * i, src + 3 * i, n - i, alpha + i);
+}
+
+ROWS_TARGET void gray_alpha_from_gray_and_alpha(unsigned char* dst, const unsigned char* src,
+                                                size_t n, const unsigned char* alpha) {
+  size_t i = 0;
+  for (; i + 8 * lanes <= n; i += 8 * lanes) {
+    store(dst + 2 * i, or_(widen8to16(src + i), sll16<8>(widen8to16(alpha + i))));
+  }
+  scalar_rows.gray_alpha_from_gray_and_alpha(dst + 2 * i, src + i, n - i, alpha + i);
+}
+
 void overlay(CPDFRows& rows) {
   rows.rgba_from_gray[0] = run<RgbaFromGray<1>, _KXRGBA>;
   rows.rgba_from_gray[1] = run<RgbaFromGray<2>, _KXRGBA>;
@@ -508,4 +554,7 @@ void overlay(CPDFRows& rows) {
   rows.bytes_from_1bit = bytes_from_1bit;
   rows.average4 = run<Average4, unsigned char>;
   rows.complement = complement;
+  rows.rgb_from_rgba = run<RgbFromRgba, unsigned char>;
+  rows.rgba_from_rgb_and_alpha = rgba_from_rgb_and_alpha;
+  rows.gray_alpha_from_gray_and_alpha = gray_alpha_from_gray_and_alpha;
 }

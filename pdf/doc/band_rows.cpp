@@ -62,13 +62,9 @@ class BandRows : public CPDFColorRows {
       if (key != nullptr) std::memset(key, 0, width);
       return;
     }
-    const auto* pixel = reinterpret_cast<const _KXRGBA*>(
-        bmp->pixels + std::ptrdiff_t{bmp->height - 1 - next_} * bmp->stride);
-    for (std::size_t x = 0; x < width; ++x, ++pixel, dst += 3) {
-      dst[0] = pixel->r;
-      dst[1] = pixel->g;
-      dst[2] = pixel->b;
-    }
+    const unsigned char* pixels =
+        bmp->pixels + std::ptrdiff_t{bmp->height - 1 - next_} * bmp->stride;
+    rows().rgb_from_rgba(dst, pixels, width);
     if (key != nullptr) std::memcpy(key, &keys_[static_cast<std::size_t>(next_) * width], width);
     ++next_;
   }

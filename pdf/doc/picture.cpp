@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "pdf/cs/parsed/families.h"
+#include "pdf/cs/rows.h"
 #include "pdf/doc/color_rows.h"
 #include "pdf/doc/decode_array.h"
 #include "pdf/doc/opacity_rows.h"
@@ -145,12 +146,9 @@ class MaskedPicture : public CPDFRasterReader {
   /// Colour and opacity of the same width, with nothing to undo: nearly every masked picture.
   template <int Channels>
   void interleave(unsigned char* dst) const {
-    const unsigned char* color = color_.get();
-    const unsigned char* alpha = opacity_.get();
-    for (int x = 0; x < info_.width; ++x, dst += Channels + 1, color += Channels) {
-      for (int i = 0; i < Channels; ++i) dst[i] = color[i];
-      dst[Channels] = alpha[x];
-    }
+    const auto row =
+        Channels == 3 ? rows().rgba_from_rgb_and_alpha : rows().gray_alpha_from_gray_and_alpha;
+    row(dst, color_.get(), static_cast<std::size_t>(info_.width), opacity_.get());
   }
 
   int opacity_width() const {

@@ -94,6 +94,13 @@ std::vector<Row> all_rows() {
   bytes("gray_from_cmyk", 4, 2, &CPDFRows::gray_from_cmyk);
   bytes("average4", 4, 1, &CPDFRows::average4);
   bytes("complement", 1, 1, &CPDFRows::complement);
+  bytes("rgb_from_rgba", 4, 3, &CPDFRows::rgb_from_rgba);
+  // The opacity stands behind the colours of the row.
+  const auto with_alpha = [&](const char* name, size_t in, CPDFRows::BytesAlpha CPDFRows::*row) {
+    all.push_back({name, in, 1, 0, in, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n, src + n * (in - 1)); }});
+  };
+  with_alpha("rgba_from_rgb_and_alpha", 4, &CPDFRows::rgba_from_rgb_and_alpha);
+  with_alpha("gray_alpha_from_gray_and_alpha", 2, &CPDFRows::gray_alpha_from_gray_and_alpha);
   const auto table = [&](const char* name, size_t bits, size_t out, CPDFRows::BytesTable CPDFRows::*row) {
     all.push_back({name, 0, 1, bits, out, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n, &entries()[0].b); }});
   };
