@@ -192,7 +192,10 @@ CPDFSampleLayout layout_of(const CPDFImage& image, const CPDFDictionary* dict) {
   layout.height = image.height;
   layout.bpc = image.bpc;
   layout.components = image.cs->comp_count;
-  layout.decode = pdfbmp::read_decode(dict, image.xref, image.cs, image.bpc);
+  // Of JPEG 2000 data only masks heed Decode (ISO 32000-1, 7.4.9).
+  if (image.stream->kind != 9) {
+    layout.decode = pdfbmp::read_decode(dict, image.xref, image.cs, image.bpc);
+  }
   return layout;
 }
 

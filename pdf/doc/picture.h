@@ -12,9 +12,9 @@ namespace pdfbmp {
 
 /// A found and loaded image as a person would see it, read row by row at full size, however large:
 ///
-///   - samples through Decode at their full range and through the colour space, of a JPEG 2000
-///   image
-///     through a DeviceN space that fits its channels too;
+///   - samples through Decode at their full range and through the colour space; of a JPEG 2000
+///     image without Decode, which is nothing to it (ISO 32000-1, 7.4.9), and through a DeviceN
+///     space that fits its channels too;
 ///   - a soft mask, else a stencil mask, else a colour key as alpha, the picture at the larger of
 ///     the image's and the mask's width and height (the nearest pixel of the smaller one);
 ///   - the Matte colour of a soft mask undone (ISO 32000-1, 11.6.5.3);
