@@ -94,7 +94,7 @@ CPDFLoadedImage load_image_object(CPDFObjectTable& table, const PDF_REF& ref,
 }
 
 CPDFLoadedImage load_inline_image(CPDFObjectTable& table,
-                                  std::shared_ptr<const CPDFInlineImage> source) {
+                                  const std::shared_ptr<const CPDFInlineImage>& source) {
   CPDFLoadedImage loaded;
   loaded.image.reset(new (std::nothrow) CPDFImage);
   if (loaded.image == nullptr || source->dict == nullptr || source->data.size() > INT_MAX) {

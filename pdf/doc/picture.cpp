@@ -288,8 +288,8 @@ std::unique_ptr<CPDFRasterReader> pdfbmp::open_picture(CPDFLoadedImage loaded,
     return refuse("its mask has more pixels than the limit of " + std::to_string(max_pixels));
   }
   if (!found.placements.empty()) {
-    info.ppi_x = found.placements[0].ppi[0];
-    info.ppi_y = found.placements[0].ppi[1];
+    info.ppi_x = found.placements[0].ppi[0] * info.width / image.width;
+    info.ppi_y = found.placements[0].ppi[1] * info.height / image.height;
   }
   if (parts.opacity == nullptr && !parts.has_key) {
     return std::make_unique<OpaquePicture>(std::move(parts), std::move(info));

@@ -48,11 +48,13 @@ CPDFRasterInfo described(const CPDFRasterInfo& info, const CPDFFoundImage& found
 
 enum class Copied { all, unread, unwritten };
 
-Copied copy_rows(CPDFRasterReader& reader, CPDFRasterWriter& writer, const CPDFRasterInfo& info) {
+Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRasterInfo& info) {
   std::vector<unsigned char> row(static_cast<std::size_t>(info.row_bytes()));
   if (!writer.begin(info)) return Copied::unwritten;
   for (int y = 0; y < info.height; ++y) {
-    if (!reader.read_row(row.data())) return Copied::unread;
+    if (!picture.reader->read_row(row.data())) return Copied::unread;
+    // Where not even the first row arrived the others would only be blank, however many.
+    if (y == 0 && delivery_of(picture).rows == 0) return Copied::unread;
     if (!writer.write_row(row.data())) return Copied::unwritten;
   }
   return writer.finish() ? Copied::all : Copied::unwritten;
@@ -75,8 +77,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
   result.output_failed = file == nullptr;
   if (file == nullptr) return;
-  const Copied copied =
-      copy_rows(*picture.reader, *make_writer(options.format, file->sink()), info);
+  const Copied copied = copy_rows(picture, *make_writer(options.format, file->sink()), info);
   if (copied == Copied::unwritten) {
     result.error = file->failure();
     result.output_failed = !result.error.empty();

@@ -56,11 +56,10 @@ std::unique_ptr<CPDFRasterReader> open_mono(CPDFImage& image) {
 std::unique_ptr<CPDFRasterReader> open_automatic(Picture& picture, const CPDFFoundImage& found,
                                                  std::int64_t max_pixels) {
   // The picture takes the record; its reports are wanted here as well.
-  CPDFLoadedImage& loaded = picture.loaded;
-  CPDFLoadedImage taken = std::move(loaded);
-  loaded.report = taken.report;
-  loaded.mask_report = taken.mask_report;
-  loaded.smask_report = taken.smask_report;
+  CPDFLoadedImage taken = std::exchange(picture.loaded, CPDFLoadedImage());
+  picture.loaded.report = taken.report;
+  picture.loaded.mask_report = taken.mask_report;
+  picture.loaded.smask_report = taken.smask_report;
   return pdfbmp::open_picture(std::move(taken), found, max_pixels, picture.problem);
 }
 
