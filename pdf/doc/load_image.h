@@ -13,6 +13,6 @@ CPDFLoadedImage load_image_object(CPDFObjectTable& table, const PDF_REF& ref,
 
 /// A loaded record of an inline image.
 CPDFLoadedImage load_inline_image(CPDFObjectTable& table,
-                                  std::shared_ptr<const CPDFInlineImage> image);
+                                  const std::shared_ptr<const CPDFInlineImage>& image);
 
 }  // namespace pdfbmp
