@@ -1,8 +1,11 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 
 #include "examples/encoders/fax_encoder.h"
+#include "pdf/filter/jbig2_helper.h"
+#include "tests/pdf/filter/jbig2_builder.h"
 #include "tests/pdf/filter/samples.h"
 
 namespace filter_test {
@@ -68,9 +71,9 @@ TEST(CCITT, BringsPicturesBack) {
         const CPDFDictionary* const dict = options.end_of_block || by_rows ? nullptr : &image.dict;
         for (const int piece : {1 << 16, 1 + pictures % 9}) {
           const Decoded decoded = decode("CCF", encoded, &parms.dict, piece, dict);
-          ASSERT_EQ(decoded.bytes, pack_fax_rows(rows, black_is_1)) << "width " << width << " K " << k << " options " << options_bits;
-          ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem << ": width " << width << " K " << k << " options " << options_bits
-                                               << " piece " << piece;
+          SCOPED_TRACE(testing::Message() << "width " << width << " K " << k << " options " << options_bits << " piece " << piece);
+          ASSERT_EQ(decoded.bytes, pack_fax_rows(rows, black_is_1));
+          ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem;
         }
         ++pictures;
       }
@@ -79,17 +82,21 @@ TEST(CCITT, BringsPicturesBack) {
   EXPECT_GE(pictures, 2000);
 }
 
-// Every run length of both colours.
+// Every run length of both colours, in the codes that JBIG2's decoder knows too.
 TEST(CCITT, KnowsEveryRun) {
-  const int width = 5300;
   FaxRows rows;
-  for (int run = 0; run <= width; run += run < 2700 ? 1 : 13) {
-    std::string row(static_cast<std::size_t>(width), '0');
-    row.replace(0, static_cast<std::size_t>(run), static_cast<std::size_t>(run), '1');
-    rows.push_back(row);
+  const std::size_t width = 5300;
+  for (std::size_t run = 0; run <= width; run += run < 2700 ? 1 : 13) {
+    const std::size_t black = std::min(run, width - run);
+    rows.push_back(std::string(run, '0') + std::string(black, '1') + std::string(width - run - black, '0'));
   }
-  const Parms parms({{"Columns", width}});
-  EXPECT_EQ(decode("CCITTFaxDecode", encode_fax(rows, {}), &parms.dict).bytes, pack_fax_rows(rows, false));
+  const Parms parms({{"Columns", static_cast<int>(width)}});
+  EXPECT_TRUE(decode("CCITTFaxDecode", encode_fax(rows, {}), &parms.dict).bytes == pack_fax_rows(rows, false));
+#ifdef PDFBMP_JBIG2_HELPER
+  pdfbmp::set_jbig2_helper(PDFBMP_JBIG2_HELPER);
+  const std::string jbig2 = jbig2_page(width, rows.size()) + jbig2_generic(2, rows, 0);
+  EXPECT_TRUE(decode("JBIG2Decode", jbig2).bytes == pack_fax_rows(rows, false));
+#endif
 }
 
 // T.6 data by hand: rows of 8 pixels, black from 2 to 5, then the same, then white.
@@ -101,40 +108,6 @@ TEST(CCITT, ReadsDataMadeByHand) {
   const Decoded decoded = decode("CCF", encoded, &parms.dict);
   EXPECT_EQ(decoded.bytes, std::string("\xc3\xc3\xff"));
   EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
-}
-
-TEST(CCITT, RowsBeforeTheDamageAreRight) {
-  Random random(7);
-  const int width = 200;
-  const FaxRows rows = make_picture(width, 60, random);
-  const std::string good = pack_fax_rows(rows, false);
-  const Parms image({{"Height", 60}});
-  for (const int k : {-1, 0, 2}) {
-    FaxOptions options;
-    options.k = k;
-    options.end_of_line = k > 0;
-    std::vector<std::size_t> begins;
-    const std::string encoded = encode_fax(rows, options, &begins);
-    Parms parms({{"K", k}, {"Columns", width}});
-    for (const std::size_t percent : {0U, 10U, 50U, 90U}) {
-      const std::size_t cut = encoded.size() * percent / 100;
-      const Decoded decoded = decode("CCF", encoded.substr(0, cut), &parms.dict, 999, &image.dict);
-      EXPECT_TRUE(decoded.report.damaged) << percent;
-      std::size_t whole = 0;
-      while (whole + 1 < begins.size() && begins[whole + 1] <= cut * 8) ++whole;
-      EXPECT_GE(decoded.bytes.size(), whole * 25) << "K " << k << " cut at " << percent;
-      EXPECT_EQ(decoded.bytes, good.substr(0, decoded.bytes.size()));
-    }
-    for (std::size_t at = 0; at < encoded.size(); at += 3) {
-      std::string bad = encoded;
-      bad[at] = static_cast<char>(bad[at] ^ 0x5a);
-      const Decoded decoded = decode("CCF", bad, &parms.dict, 25, &image.dict);
-      std::size_t whole = 0;
-      while (whole + 1 < begins.size() && begins[whole + 1] <= at * 8) ++whole;
-      ASSERT_LE(decoded.bytes.size(), good.size());
-      ASSERT_EQ(decoded.bytes.substr(0, whole * 25), good.substr(0, whole * 25)) << k << ' ' << at;
-    }
-  }
 }
 
 // With end-of-line codes the rows after a damaged one are right again, the damaged row is a copy of

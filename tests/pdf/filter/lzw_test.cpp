@@ -16,9 +16,10 @@ TEST(LZW, BringsBytesBack) {
                                               : sample_bytes(n, 2).replace(0, n / 2, n / 2, '\0');
       for (const int early : {0, 1}) {
         for (const bool full_table : {false, true}) {
+          const Parms parms({{"EarlyChange", early}});
+          const std::string encoded = encode_lzw(bytes, early, full_table);
           for (const int piece : {1 << 17, 4097}) {
-            const Parms parms({{"EarlyChange", early}});
-            const Decoded decoded = decode("LZW", encode_lzw(bytes, early, full_table), &parms.dict, piece);
+            const Decoded decoded = decode("LZW", encoded, &parms.dict, piece);
             ASSERT_EQ(decoded.bytes, bytes) << n << ' ' << manner << ' ' << early << full_table;
             ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem;
           }
@@ -32,6 +33,12 @@ TEST(LZW, BringsBytesBack) {
 TEST(LZW, ReadsTheExampleOfTheStandard) {
   const std::string encoded("\x80\x0b\x60\x50\x22\x0c\x0c\x85\x01", 9);
   EXPECT_EQ(decode("LZWDecode", encoded).bytes, "-----A---B");
+}
+
+TEST(LZW, NeedsNoMarkers) {
+  const std::string bytes = sample_bytes(3000, 8);
+  const Decoded decoded = decode("LZW", encode_lzw(bytes, 1, false, false));
+  EXPECT_EQ(decoded.bytes.substr(0, bytes.size()), bytes);
 }
 
 // After the clear code only single bytes are known; and no code is beyond the next to be added.

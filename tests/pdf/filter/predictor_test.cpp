@@ -19,11 +19,13 @@ TEST(Predictor, BringsRowsBack) {
           const bool tiff = type == 6;
           const std::string predicted = tiff ? tiff_predict(rows, row_bytes, colors, bits) : png_predict(rows, row_bytes, step, type);
           const Parms parms({{"Predictor", tiff ? 2 : 10 + type}, {"Colors", colors}, {"BitsPerComponent", bits}, {"Columns", columns}});
-          const Decoded whole = decode("Fl", deflate(predicted), &parms.dict);
-          ASSERT_EQ(whole.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
-          ASSERT_FALSE(whole.report.damaged) << whole.report.problem;
-          const Decoded pieces = decode("Fl", deflate(predicted), &parms.dict, 5);
-          ASSERT_EQ(pieces.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
+          const bool lzw = colors == 3;
+          const std::string encoded = lzw ? encode_lzw(predicted) : deflate(predicted);
+          for (const int piece : {1 << 16, 5}) {
+            const Decoded decoded = decode(lzw ? "LZW" : "Fl", encoded, &parms.dict, piece);
+            ASSERT_EQ(decoded.bytes, rows) << bits << ' ' << colors << ' ' << columns << ' ' << type;
+            ASSERT_FALSE(decoded.report.damaged) << decoded.report.problem;
+          }
         }
       }
     }
@@ -31,21 +33,22 @@ TEST(Predictor, BringsRowsBack) {
 }
 
 TEST(Predictor, RefusesParametersThatDescribeNoRow) {
+  const int most = 2147483647;
   const struct {
-    const char* key;
+    const char *filter, *key;
     int value;
   } cases[] = {
-      {"Predictor", 3},         {"Predictor", -1},       {"Predictor", 16}, {"BitsPerComponent", 7}, {"BitsPerComponent", 0},
-      {"BitsPerComponent", 32}, {"Colors", 0},           {"Colors", -3},    {"Colors", 2147483647},  {"Columns", 0},
-      {"Columns", -2147483647}, {"Columns", 2147483647},
+      {"Fl", "Predictor", 3},        {"Fl", "Predictor", -1},        {"Fl", "Predictor", 16},   {"LZW", "BitsPerComponent", 7},
+      {"Fl", "BitsPerComponent", 0}, {"Fl", "BitsPerComponent", 32}, {"Fl", "Colors", 0},       {"Fl", "Colors", -3},
+      {"LZW", "Colors", most},       {"Fl", "Columns", 0},           {"Fl", "Columns", -most},  {"Fl", "Columns", most},
+      {"CCF", "Columns", 0},         {"CCF", "Columns", -1},         {"CCF", "Columns", -most}, {"CCF", "Columns", most},
   };
   for (const auto& one : cases) {
     Parms parms({{"Predictor", 15}, {"Columns", 4}});
     parms.dict.set(one.key)->set_int(one.value);
-    const Decoded decoded = decode("FlateDecode", deflate(std::string(100, 'x')), &parms.dict);
+    const Decoded decoded = decode(one.filter, deflate(std::string(100, 'x')), &parms.dict);
     EXPECT_FALSE(decoded.made) << one.key << ' ' << one.value;
-    EXPECT_TRUE(decoded.report.damaged) << one.key << ' ' << one.value;
-    EXPECT_FALSE(decoded.report.problem.empty());
+    EXPECT_TRUE(decoded.report.damaged && !decoded.report.problem.empty()) << one.key << ' ' << one.value;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "pdf/filter/filter_table.h"
+#include "pdf/obj/jpx_stream.h"
 
 namespace filter_test {
 
@@ -33,17 +34,27 @@ std::string read_all(CPDFStream& stream, int piece, std::size_t most) {
   }
 }
 
-Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms, int piece, const CPDFDictionary* image) {
+Decoded decode(const char* filter, const std::string& encoded, CPDFFilterSetup setup, int piece) {
   Decoded decoded;
-  CPDFFilterSetup setup;
-  setup.parms = parms;
-  setup.image = image;
   setup.report = std::make_shared<CPDFDecodeReport>();
   const auto stream = pdfbmp::find_filter(filter)->make(stream_over(encoded), setup);
   decoded.made = stream != nullptr;
   if (decoded.made) decoded.bytes = read_all(*stream, piece);
+  if (auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get())) {
+    decoded.components = jpx->comp_count;
+    decoded.alpha_channel = jpx->alpha_channel;
+    char buffer[64];
+    for (int n; (n = jpx->read_alpha(buffer, sizeof buffer)) > 0;) decoded.alpha.append(buffer, static_cast<std::size_t>(n));
+  }
   decoded.report = *setup.report;
   return decoded;
+}
+
+Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms, int piece, const CPDFDictionary* image) {
+  CPDFFilterSetup setup;
+  setup.parms = parms;
+  setup.image = image;
+  return decode(filter, encoded, setup, piece);
 }
 
 std::string sample_bytes(std::size_t n, std::uint32_t seed) {

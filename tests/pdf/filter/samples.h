@@ -29,10 +29,13 @@ class Parms {
 struct Decoded {
   bool made = false;
   std::string bytes;
+  int components = 0, alpha_channel = -1;  ///< Of JPX data.
+  std::string alpha;
   CPDFDecodeReport report;
 };
 
-/// Decodes `encoded` with one filter, in reads of `piece` bytes. `image` may be null.
+/// Decodes `encoded` with one filter, in reads of `piece` bytes. `parms` and `image` may be null.
+Decoded decode(const char* filter, const std::string& encoded, CPDFFilterSetup setup, int piece = 1 << 16);
 Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms = nullptr, int piece = 1 << 16,
                const CPDFDictionary* image = nullptr);
 
