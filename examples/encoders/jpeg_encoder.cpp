@@ -24,10 +24,11 @@ std::string encode_jpeg(const Jpeg& jpeg, const std::function<int(int, int, int)
   info.in_color_space = jpeg.stored;
   jpeg_set_defaults(&info);
   jpeg_set_colorspace(&info, jpeg.stored);
-  jpeg_set_quality(&info, 100, TRUE);
+  jpeg_set_quality(&info, jpeg.quality, TRUE);
   info.write_JFIF_header = info.write_Adobe_marker = FALSE;
   for (int c = 0; c < info.num_components; ++c) {
-    info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1;
+    const bool full = jpeg.subsampled && (c == 0 || c == 3);
+    info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = full ? 2 : 1;
   }
   info.restart_in_rows = static_cast<int>(jpeg.restart_rows);
   if (jpeg.progressive) jpeg_simple_progression(&info);

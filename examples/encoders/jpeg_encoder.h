@@ -15,12 +15,14 @@ struct Jpeg {
   int width = 40, height = 48;
   bool progressive = false;
   unsigned restart_rows = 0;
+  int quality = 100;
+  bool subsampled = false;  ///< The second and third component at half the size, both ways.
 };
 
 int components_of(const Jpeg& jpeg);
 
-/// A JPEG without losses to speak of (quality 100, nothing subsampled): `sample` gives component c
-/// at (x, y), 0 to 255, as it is stored.
+/// A JPEG, by default without losses to speak of: `sample` gives component c at (x, y), 0 to 255,
+/// as it is stored.
 std::string encode_jpeg(const Jpeg& jpeg, const std::function<int(int x, int y, int c)>& sample);
 
 }  // namespace encoders
