@@ -11,8 +11,7 @@ constexpr int max_program_bytes = 1 << 18;
 class CPDFPostScriptFunction final : public CPDFFunction {
  public:
   CPDFPostScriptFunction(CPDFFunctionSource& source, CPDFPostScriptProgram program)
-      : CPDFFunction(std::move(source.domain), std::move(source.range),
-                     static_cast<int>(source.range.size())),
+      : CPDFFunction(source.domain, source.range, static_cast<int>(source.range.size())),
         program_(std::move(program)) {}
 
  protected:

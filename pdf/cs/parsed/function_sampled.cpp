@@ -25,8 +25,7 @@ class CPDFSampledFunction final : public CPDFFunction {
  public:
   CPDFSampledFunction(CPDFFunctionSource& source, std::vector<Input> inputs,
                       std::vector<float> samples)
-      : CPDFFunction(std::move(source.domain), std::move(source.range),
-                     static_cast<int>(source.range.size())),
+      : CPDFFunction(source.domain, source.range, static_cast<int>(source.range.size())),
         inputs_(std::move(inputs)),
         samples_(std::move(samples)) {}
 
