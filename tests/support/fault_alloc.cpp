@@ -4,61 +4,48 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include "kx/alloc.h"
 
 namespace {
 
-using fault_alloc::Failure;
-
 int calls_to_failure = 0;
-Failure how = Failure::once;
-bool failed = false;
-int live = 0;
-std::vector<std::size_t> sizes;
+bool fails_all_after = false;
 
 bool fails_now() {
-  if (failed && how == Failure::from_then_on) return true;
+  if (fault_alloc::failed && fails_all_after) return true;
   if (calls_to_failure == 0 || --calls_to_failure != 0) return false;
-  failed = true;
-  return true;
+  return fault_alloc::failed = true;
 }
 
 }  // namespace
 
-void fault_alloc::fail_at(int n, Failure failure) {
+void fault_alloc::fail_at(int n, bool all_after) {
   calls_to_failure = n;
-  how = failure;
+  fails_all_after = all_after;
   failed = false;
 }
 
-bool fault_alloc::has_failed() { return failed; }
-int fault_alloc::live_blocks() { return live; }
-std::vector<std::size_t> fault_alloc::take_sizes() { return std::exchange(sizes, {}); }
-
 void* KXAlloc(std::size_t size) {
-  sizes.push_back(size);
-  void* block = fails_now() ? nullptr : std::malloc(size != 0 ? size : 1);
-  if (block == nullptr) return nullptr;
-  ++live;
-  return std::memset(block, 0xA5, size);
+  void* block = KXRealloc(nullptr, size);
+  return block != nullptr ? std::memset(block, 0xA5, size) : nullptr;
 }
 
 void* KXCalloc(std::size_t count, std::size_t size) {
   void* block = fails_now() ? nullptr : std::calloc(count, size);
-  if (block != nullptr) ++live;
+  if (block != nullptr) ++fault_alloc::live;
   return block;
 }
 
 void* KXRealloc(void* ptr, std::size_t size) {
-  if (ptr == nullptr) return KXAlloc(size);
-  sizes.push_back(size);
-  return fails_now() ? nullptr : std::realloc(ptr, size != 0 ? size : 1);
+  fault_alloc::sizes.push_back(size);
+  void* block = fails_now() ? nullptr : std::realloc(ptr, size != 0 ? size : 1);
+  if (ptr == nullptr && block != nullptr) ++fault_alloc::live;
+  return block;
 }
 
 void KXFree(void* ptr) {
-  if (ptr != nullptr) --live;
+  if (ptr != nullptr) --fault_alloc::live;
   std::free(ptr);
 }
 

@@ -11,32 +11,27 @@
 /// they replace the library's own.
 namespace fault_alloc {
 
-enum class Failure { once, from_then_on };
+inline bool failed = false;             ///< Whether the failure has been met since fail_at().
+inline int live = 0;                    ///< Byte blocks that were handed out and not freed.
+inline std::vector<std::size_t> sizes;  ///< What was asked of KXAlloc and KXRealloc.
 
 /// Allocation number `n` from here (1 is the next) gives null, alone or with all after it; 0: none.
-void fail_at(int n, Failure failure);
-/// Whether the failure has been met since fail_at().
-bool has_failed();
-
-/// Byte blocks that were handed out and not freed.
-int live_blocks();
-/// The sizes asked of KXAlloc and KXRealloc since the last call.
-std::vector<std::size_t> take_sizes();
+void fail_at(int n, bool all_after = false);
 
 /// Repeats `action` with its first, second, ... allocation failing, until it runs free of failure.
 /// After each run no block of it may live.
 template <class Action>
 void sweep(Action action) {
-  for (const Failure failure : {Failure::once, Failure::from_then_on}) {
+  for (const bool all_after : {false, true}) {
     for (int n = 1;; ++n) {
       SCOPED_TRACE(testing::Message() << "allocation " << n);
-      const int before = live_blocks();
-      fail_at(n, failure);
+      const int before = live;
+      fail_at(n, all_after);
       action();
-      const bool failed = has_failed();
-      fail_at(0, failure);
-      ASSERT_EQ(live_blocks(), before);
-      if (!failed) break;
+      const bool done = !failed;
+      fail_at(0);
+      ASSERT_EQ(live, before);
+      if (done) break;
     }
   }
 }

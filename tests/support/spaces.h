@@ -1,15 +1,12 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
-#include <vector>
-
 #include "pdf/cs/color_space.h"
 
 /// What colour spaces under test were asked for. It outlives them.
 struct SpaceLog {
   int live = 0;
-  int colors = 0;         ///< Single conversions.
-  std::vector<int> runs;  ///< Bytes of each run.
+  int colors = 0;  ///< Single conversions.
 };
 
 /// A colour space of any family and component count, in whose pixels every one of the 16 values
@@ -37,7 +34,6 @@ class TestSpace : public CPDFCSBase {
   void batch_rgb2(_KXRGBA* dst, const unsigned char* src, int n) override { run(dst, src, n, 2); }
   void batch_rgb4(_KXRGBA* dst, const unsigned char* src, int n) override { run(dst, src, n, 4); }
   void batch_gray(unsigned char* dst, const unsigned char* src, int nbytes) override {
-    log_.runs.push_back(nbytes);
     for (int at = 0; at + comp_count <= nbytes; at += comp_count, dst += 2) {
       get_gray(color_at(src + at), dst[0]);
       dst[1] = 255;
@@ -56,7 +52,6 @@ class TestSpace : public CPDFCSBase {
     return color;
   }
   void run(_KXRGBA* dst, const unsigned char* src, int nbytes, int step) {
-    log_.runs.push_back(nbytes);
     for (int at = 0; at + comp_count <= nbytes; at += comp_count * step, ++dst) {
       get_rgb(color_at(src + at), *dst);
       dst->a = 255;
@@ -64,17 +59,4 @@ class TestSpace : public CPDFCSBase {
   }
 
   SpaceLog& log_;
-};
-
-/// A space that can serve no colour: every output stays as it was.
-class MuteSpace : public CPDFCSBase {
- public:
-  MuteSpace() { comp_count = 1; }
-  void get_gray(const PDF_COLOR&, unsigned char&) override {}
-  void get_rgb(const PDF_COLOR&, _KXRGBA&) override {}
-  void get_cmyk(const PDF_COLOR&, PDF_COLOR&) override {}
-  void batch_rgb(_KXRGBA*, const unsigned char*, int) override {}
-  void batch_rgb2(_KXRGBA*, const unsigned char*, int) override {}
-  void batch_rgb4(_KXRGBA*, const unsigned char*, int) override {}
-  void batch_gray(unsigned char*, const unsigned char*, int) override {}
 };

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tests/support/json_lines.h"
-#include "tests/support/pdf_file.h"
+#include "tests/support/pdf_builder.h"
 #include "tests/support/png_reader.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -25,23 +25,23 @@ const std::string rgb_rows(
     "\1\2\3\4\5\6"
     "abcdef");
 
-int add_rgb(PdfFile& pdf) { return pdf.add_image(2, 2, "/ColorSpace /DeviceRGB /BitsPerComponent 8", rgb_rows); }
+int add_rgb(PdfBuilder& pdf) { return pdf.add_image(2, 2, "/ColorSpace /DeviceRGB /BitsPerComponent 8", rgb_rows); }
 
 // Two pages that share an RGB image; a gray one and a stencil besides.
 std::string good_pdf() {
-  PdfFile pdf;
+  PdfBuilder pdf;
   const int rgb = add_rgb(pdf);
   const int gray = pdf.add_image(3, 1, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x10\x80\xF0");
   const int stencil = pdf.add_image(8, 1, "/ImageMask true /BitsPerComponent 1", "\xF0");
-  pdf.add_page({rgb, gray});
-  pdf.add_page({rgb, stencil});
-  return pdf.text();
+  pdf.add_page_with({rgb, gray});
+  pdf.add_page_with({rgb, stencil});
+  return pdf.finish();
 }
 
 std::string one_image_pdf(const std::string& entries, const std::string& data) {
-  PdfFile pdf;
-  pdf.add_page({pdf.add_image(2, 2, entries, data)});
-  return pdf.text();
+  PdfBuilder pdf;
+  pdf.add_page_with({pdf.add_image(2, 2, entries, data)});
+  return pdf.finish();
 }
 
 class Tool : public testing::Test {
@@ -101,20 +101,20 @@ TEST_F(Tool, ExitCodesAndMessages) {
       {{"--version"}, 0, ""},
       {{"extract", "--help"}, 0, ""},
       {{"list", "good.pdf"}, 0, ""},
-      {{"extract", "good.pdf", "-o", "out"}, 0, "3 images written", {"0001-001-o1.png", "0001-002-o2.png", "0002-001-o3.png"}},
-      {{"extract", "-q", "good.pdf", "-o", "out", "-f", "2"}, 0, "", {"0002-001-o1.png", "0002-002-o3.png"}},
-      {{"extract", "good.pdf", "-o", "out", "--format", "pnm"}, 0, "", {"0001-001-o1.ppm", "0001-002-o2.pgm", "0002-001-o3.pam"}},
+      {{"extract", "good.pdf", "-o", "out"}, 0, "3 images written", {"0001-001-o3.png", "0001-002-o4.png", "0002-001-o5.png"}},
+      {{"extract", "-q", "good.pdf", "-o", "out", "-f", "2"}, 0, "", {"0002-001-o3.png", "0002-002-o5.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--format", "pnm"}, 0, "", {"0001-001-o3.ppm", "0001-002-o4.pgm", "0002-001-o5.pam"}},
       {{"extract", "good.pdf", "-o", "out", "--format", "pam", "--kind", "mask"},
        0,
        "1 images written, 2 passed over",
-       {"0002-001-o3.pam"}},
-      {{"extract", "good.pdf", "-o", "out", "--kind", "mono"}, 0, "", {"0001-002-o2.png"}},
-      {{"extract", "good.pdf", "-o", "out", "--kind", "gray"}, 0, "", {"0001-001-o1.png", "0001-002-o2.png"}},
+       {"0002-001-o5.pam"}},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "mono"}, 0, "", {"0001-002-o4.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--kind", "gray"}, 0, "", {"0001-001-o3.png", "0001-002-o4.png"}},
       {{"extract", "good.pdf", "-o", "out", "-f", "9"}, 0, "has no page 9"},
-      {{"extract", "short.pdf", "-o", "out"}, 1, "short.pdf: page 1, object 1: incomplete: ", {"0001-001-o1.png"}},
-      {{"extract", "empty.pdf", "-o", "out"}, 1, "page 1, object 1: "},
-      {{"extract", "foreign.pdf", "-o", "out"}, 1, "foreign.pdf: page 1, object 1: "},
-      {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"}, 1, "object 1: its 2 x 2 pixels", {"0001-002-o2.png"}},
+      {{"extract", "short.pdf", "-o", "out"}, 1, "short.pdf: page 1, object 3: incomplete: ", {"0001-001-o3.png"}},
+      {{"extract", "empty.pdf", "-o", "out"}, 1, "page 1, object 3: "},
+      {{"extract", "foreign.pdf", "-o", "out"}, 1, "foreign.pdf: page 1, object 3: "},
+      {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"}, 1, "object 3: its 2 x 2 pixels", {"0001-002-o4.png"}},
       {{}, 2, "Try"},
       {{"extract", "good.pdf"}, 2, "--output"},
       {{"extract", "good.pdf", "-o", "out", "--kind", "gold"}, 2, "gold"},
@@ -155,9 +155,9 @@ TEST_F(Tool, PicturesHoldThePixels) {
     int color_type;
     std::string rows;
   } const cases[] = {
-      {"out/0001-001-o1.png", 2, rgb_rows},
-      {"out/0001-002-o2.png", 0, "\x10\x80\xF0"},
-      {"out/0002-001-o3.png", 4, std::string("\0\0\0\0\0\0\0\0\0\xFF\0\xFF\0\xFF\0\xFF", 16)},
+      {"out/0001-001-o3.png", 2, rgb_rows},
+      {"out/0001-002-o4.png", 0, "\x10\x80\xF0"},
+      {"out/0002-001-o5.png", 4, std::string("\0\0\0\0\0\0\0\0\0\xFF\0\xFF\0\xFF\0\xFF", 16)},
   };
   for (const auto& c : cases) {
     const PngReader png(file_content(path(c.file)));
@@ -188,8 +188,8 @@ TEST_F(Tool, JsonTellsEveryFact) {
     bool complete;
     double rows;
   } const cases[] = {
-      {"good.pdf", "0001-001-o1.png", true, 2},
-      {"short.pdf", "0001-001-o1.png", false, 1},
+      {"good.pdf", "0001-001-o3.png", true, 2},
+      {"short.pdf", "0001-001-o3.png", false, 1},
       {"foreign.pdf", "", false, 0},
   };
   for (const auto& c : cases) {
@@ -205,11 +205,11 @@ TEST_F(Tool, JsonTellsEveryFact) {
 }
 
 TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
-  PdfFile pdf;
+  PdfBuilder pdf;
   const int mask = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8", "\x40\xFF");
-  const int gray = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8 /SMask " + std::to_string(mask) + " 0 R", "\x10\x20");
-  pdf.add_page({gray}, "BI /W 1 /H 1 /BPC 8 /CS /G ID \x80 EI\n");
-  write_file(path("masks.pdf"), pdf.text());
+  const int gray = pdf.add_image(1, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8 /SMask " + PdfBuilder::ref(mask), "\x10\x20");
+  pdf.add_page_with({gray}, "BI /W 1 /H 1 /BPC 8 /CS /G ID \x80 EI\n");
+  write_file(path("masks.pdf"), pdf.finish());
 
   const auto lines = json_lines(run({"list", "--json", "masks.pdf"}).out);
   ASSERT_EQ(lines.size(), 3u);
@@ -222,20 +222,20 @@ TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
   EXPECT_EQ(lines[0]["placements"][0]["ppi"][1], 2);
 
   ASSERT_EQ(run({"extract", "masks.pdf", "-o", "out"}).exit_code, 0);
-  EXPECT_EQ(files_in("out"), (Words{"0001-001-o2.png", "0001-003-inline.png"}));
-  const PngReader png(file_content(path("out/0001-001-o2.png")));
+  EXPECT_EQ(files_in("out"), (Words{"0001-001-o4.png", "0001-003-inline.png"}));
+  const PngReader png(file_content(path("out/0001-001-o4.png")));
   EXPECT_EQ(png.rows, "\x10\x40\x20\xFF");
   // One and two pixels an inch, told in pixels a metre.
   EXPECT_EQ(png.ppm_x, 39U);
   EXPECT_EQ(png.ppm_y, 79U);
   EXPECT_EQ(run({"extract", "masks.pdf", "-o", "out", "--kind", "mask"}).exit_code, 0);
-  EXPECT_EQ(PngReader(file_content(path("out/0001-002-o1.png"))).rows, "\x40\xFF");
+  EXPECT_EQ(PngReader(file_content(path("out/0001-002-o3.png"))).rows, "\x40\xFF");
 }
 
 TEST_F(Tool, SeveralFilesEndWithALineEach) {
   const ProgramRun ran = run({"extract", "--json", "short.pdf", "text.pdf", "good.pdf", "-o", "out"});
   EXPECT_EQ(ran.exit_code, 3);
-  EXPECT_EQ(files_in("out"), (Words{"good/0001-001-o1.png", "good/0001-002-o2.png", "good/0002-001-o3.png", "short/0001-001-o1.png"}));
+  EXPECT_EQ(files_in("out"), (Words{"good/0001-001-o3.png", "good/0001-002-o4.png", "good/0002-001-o5.png", "short/0001-001-o3.png"}));
   const auto lines = json_lines(ran.out);
   ASSERT_EQ(lines.size(), 7u);
   const Words summary = {"pdf", "images", "failed", "error"};
@@ -243,7 +243,7 @@ TEST_F(Tool, SeveralFilesEndWithALineEach) {
   EXPECT_EQ(keys_of(lines[1]), summary);
   EXPECT_EQ(keys_of(lines[2]), summary);
   EXPECT_TRUE(lines[2]["error"].is_string());
-  EXPECT_EQ(lines[3]["file"], "good/0001-001-o1.png");
+  EXPECT_EQ(lines[3]["file"], "good/0001-001-o3.png");
   EXPECT_EQ(lines[6]["images"], 3);
   EXPECT_TRUE(lines[6]["error"].is_null());
 }
@@ -261,7 +261,7 @@ TEST_F(Tool, TarHasTheFilesOfTheFolderAndTheIndexLast) {
 }
 
 TEST_F(Tool, BytesDoNotDependOnTheNumberOfThreads) {
-  PdfFile pdf;
+  PdfBuilder pdf;
   std::vector<int> images;
   for (int i = 0; i < 40; ++i) {
     const int side = 1 + i * 37 % 60;
@@ -270,8 +270,8 @@ TEST_F(Tool, BytesDoNotDependOnTheNumberOfThreads) {
     images.push_back(pdf.add_image(side, side, "/ColorSpace /DeviceGray /BitsPerComponent 8",
                                    i % 7 == 6 ? samples.substr(0, samples.size() / 2) : samples));
   }
-  pdf.add_page(images);
-  write_file(path("many.pdf"), pdf.text());
+  pdf.add_page_with(images);
+  write_file(path("many.pdf"), pdf.finish());
   const ProgramRun one = run({"extract", "-j", "1", "many.pdf", "-o", "-"});
   EXPECT_EQ(one.exit_code, 1);
   for (const char* jobs : {"2", "7"}) {

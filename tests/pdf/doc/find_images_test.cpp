@@ -133,10 +133,8 @@ TEST(FindImages, OneImageOnManyPagesAndPagesInRange) {
 TEST(FindImages, WhatLeadsToItselfEnds) {
   PdfBuilder pdf;
   const int image = pdf.add_image(8, 8, "/SMask 3 0 R");  // Itself: object 3.
-  const int first = pdf.reserve(), second = pdf.reserve();
-  const std::string both = "/Resources << /XObject << /A " + ref(first) + " /B " + ref(second) + " /Im " + ref(image) + " >> >>";
-  pdf.set_form(first, both, "/B Do /Im Do /A Do");
-  pdf.set_form(second, both, "/A Do /Im Do /B Do");
+  const std::string both = "/Resources << /XObject << /A 4 0 R /B 5 0 R /Im 3 0 R >> >>";
+  const int first = pdf.add_form(both, "/B Do /Im Do /A Do"), second = pdf.add_form(both, "/A Do /Im Do /B Do");
   // Each of these runs the one before it twice: 2^40 paths lead to the image.
   int tower = second;
   for (int i = 0; i < 40; ++i) { tower = pdf.add_form("/Resources << /XObject << /T " + ref(tower) + " >> >>", "/T Do /T Do"); }

@@ -1,6 +1,8 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include "gtest/gtest.h"
+
 #include <array>
 #include <memory>
 #include <vector>
@@ -15,21 +17,33 @@ using Bytes = std::vector<unsigned char>;
 struct TestImage {
   /// No space for 0 components.
   TestImage(int width, int height, int bpc, int family, int components) {
-    image = std::make_unique<CPDFImage>();
     image->width = width;
     image->height = height;
     image->bpc = bpc;
     if (components != 0) image->cs = new TestSpace(space, family, components);
   }
   void give(ReadScript script) { image->stream = new ScriptedStream(reads, std::move(script)); }
+  void set_decode(int min, int max) {
+    image->has_decode = 1;
+    image->decode_min[0] = min;
+    image->decode_max[0] = max;
+  }
 
   StreamLog reads;
   SpaceLog space;
-  std::unique_ptr<CPDFImage> image;
+  std::unique_ptr<CPDFImage> image = std::make_unique<CPDFImage>();
 };
 
-/// A stream that delivers these bytes.
-inline CPDFStream* stream_of(Bytes& bytes) { return new CPDFStream(bytes.data(), static_cast<int>(bytes.size()), 1); }
+enum Request { color, gray, mask, soft_mask, mono };
+
+inline CKXBmp* request(CPDFImage& image, int which, _KXRGBA* palette = nullptr) {
+  _KXRGBA unused[256];
+  if (which == color) return image.get_bmp();
+  if (which == gray) return image.get_bmp_gray();
+  if (which == mask) return image.get_mask();
+  if (which == soft_mask) return image.get_smask();
+  return image.get_bmp_mono(palette != nullptr ? palette : unused);
+}
 
 /// All of a bitmap's memory; nothing for null.
 inline Bytes memory_of(const CKXBmp* bmp) {
@@ -37,12 +51,14 @@ inline Bytes memory_of(const CKXBmp* bmp) {
   return {bmp->pixels, bmp->pixels + std::ptrdiff_t{bmp->height} * bmp->stride};
 }
 
-/// The ways in which a stream under test answers.
-inline const std::array<ReadScript, 6> read_scripts = {{
-    {},
-    {[](int call, int n) { return call < 3 ? n : 0; }, 2},
-    {[](int call, int n) { return call % 3 == 2 ? -1 : n; }, 3},
-    {[](int call, int n) { return call % 2 == 1 ? n / 2 : n; }, 4},
-    {[](int, int) { return 1; }, 5},
-    {[](int call, int n) { return call % 2 == 0 ? n + 7 : n; }, 6},
-}};
+/// `decode(image)` must make the bitmap that `reference(image, stream)` makes, with the same reads.
+template <class Decode, class Reference>
+void compare(TestImage& t, const ReadScript& script, Decode decode, Reference reference) {
+  StreamLog log;
+  ScriptedStream stream(log, script);
+  const Bytes expected = reference(*t.image, stream);
+  t.space.colors = 0;
+  t.give(script);
+  ASSERT_TRUE(memory_of(decode(*t.image)) == expected);
+  ASSERT_TRUE(t.reads.reads == log.reads);
+}
