@@ -84,22 +84,12 @@ class Table : public CPDFXRefTable {
   int short_row_;
 };
 
-void set_int(CPDFDictionary& dict, const char* key, int value) {
-  if (CPDFObj* entry = dict.set(key)) entry->set_int(value);
-}
-
-void set_numbers(CPDFDictionary& dict, const char* key, const std::array<int, 8>& values, bool unit) {
-  CPDFObj* entry = dict.set(key);
+void set_numbers(CPDFObj* entry, const std::array<int, 8>& values, bool unit) {
   CPDFArray* array = entry != nullptr ? entry->set_array() : nullptr;
-  if (array == nullptr) return;
   for (const int value : values) {
-    CPDFObj* item = array->append();
+    CPDFObj* item = array != nullptr ? array->append() : nullptr;
     if (item == nullptr) return;
-    if (unit) {
-      item->set_real(int_to_fixed(value) / 255);
-    } else {
-      item->set_int(value);
-    }
+    unit ? item->set_real(int_to_fixed(value) / 255) : item->set_int(value);
   }
 }
 
@@ -108,28 +98,25 @@ void describe(CPDFObj& obj, const Options& options, std::uint64_t location) {
   CPDFStreamRec* rec = obj.set_stream();
   if (rec == nullptr) return;
   rec->location[1] = location;
-  CPDFDictionary& dict = rec->dict;
-  set_int(dict, "Width", options.width);
-  set_int(dict, "Height", options.height);
-  set_int(dict, "BitsPerComponent", options.bpc);
-  if (CPDFObj* entry = dict.set("ColorSpace")) entry->set_name(spaces[options.space]);
-  if ((options.features & 1) != 0) {
-    if (CPDFObj* entry = dict.set("ImageMask")) entry->set_bool(true);
-  }
-  if ((options.features & 2) != 0) set_numbers(dict, "Decode", options.ranges, true);
-  if ((options.features & 4) != 0) set_numbers(dict, "Mask", options.ranges, false);
-  if ((options.features & 16) != 0) {
-    if (CPDFObj* entry = dict.set("Interpolate")) entry->set_bool(false);
-  }
-  if ((options.features & 8) != 0 && location == 1) {
-    if (CPDFObj* entry = dict.set("SMask")) {
-      Options mask = options;
-      mask.space = 0;
-      mask.bpc = 8;
-      mask.features = options.features & 2;
-      describe(*entry, mask, 2);
-    }
-  }
+  // An entry is left out where its memory fails.
+  const auto set = [&](const char* key, auto setter, auto value) {
+    if (CPDFObj* entry = rec->dict.set(key)) (entry->*setter)(value);
+  };
+  set("Width", &CPDFObj::set_int, options.width);
+  set("Height", &CPDFObj::set_int, options.height);
+  set("BitsPerComponent", &CPDFObj::set_int, options.bpc);
+  set("ColorSpace", &CPDFObj::set_name, spaces[options.space]);
+  if ((options.features & 1) != 0) set("ImageMask", &CPDFObj::set_bool, true);
+  if ((options.features & 2) != 0) set_numbers(rec->dict.set("Decode"), options.ranges, true);
+  if ((options.features & 4) != 0) set_numbers(rec->dict.set("Mask"), options.ranges, false);
+  if ((options.features & 16) != 0) set("Interpolate", &CPDFObj::set_bool, false);
+  CPDFObj* soft_mask = (options.features & 8) != 0 && location == 1 ? rec->dict.set("SMask") : nullptr;
+  if (soft_mask == nullptr) return;
+  Options mask = options;
+  mask.space = 0;
+  mask.bpc = 8;
+  mask.features = options.features & 2;
+  describe(*soft_mask, mask, 2);
 }
 
 void add(std::string& result, const CKXBmp* bmp) {
@@ -177,15 +164,9 @@ std::string run(const Options& options, const FuzzInput& rest, unsigned char fil
     image.load();
     _KXRGBA palette[256] = {};
     switch (options.request % 6) {
-      case 0:
-        add(result, image.get_bmp());
-        break;
-      case 1:
-        add(result, image.get_bmp_gray());
-        break;
-      case 2:
-        add(result, image.get_mask());
-        break;
+      case 0: add(result, image.get_bmp()); break;
+      case 1: add(result, image.get_bmp_gray()); break;
+      case 2: add(result, image.get_mask()); break;
       case 3:
         add(result, image.get_bmp_mono(palette));
         result.append(reinterpret_cast<const char*>(palette), sizeof palette);

@@ -4,6 +4,7 @@
 //
 // The input is read as a list of orders, a byte each, with their operands behind them: what the
 // value at hand becomes, a step into it, or a step out.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -27,14 +28,11 @@ struct Text {
 
 bool equal(const CPDFObj& a, const CPDFObj& b);
 
+int compare_keys(const CPDFObj* a, const CPDFObj* b) { return std::strcmp(CPDFDictionary::key_of(a), CPDFDictionary::key_of(b)); }
+
 bool equal(const CPDFDictionary& a, const CPDFDictionary& b) {
-  if (a.count != b.count) return false;
-  for (int i = 0; i < a.count; ++i) {
-    if (std::strcmp(CPDFDictionary::key_of(a.items[i]), CPDFDictionary::key_of(b.items[i])) != 0 || !equal(*a.items[i], *b.items[i])) {
-      return false;
-    }
-  }
-  return true;
+  const auto entries_equal = [](const CPDFObj* x, const CPDFObj* y) { return compare_keys(x, y) == 0 && equal(*x, *y); };
+  return std::equal(a.items, a.items + a.count, b.items, b.items + b.count, entries_equal);
 }
 
 bool equal(const CPDFObj& a, const CPDFObj& b) {
@@ -43,45 +41,26 @@ bool equal(const CPDFObj& a, const CPDFObj& b) {
     case PDF_STRING:
       return a.as_int() == b.as_int() && a.str_bytes != b.str_bytes &&
              std::memcmp(a.str_bytes, b.str_bytes, static_cast<std::size_t>(a.as_int()) + 1) == 0;
-    case PDF_NAME:
-      return a.name() != b.name() && std::strcmp(a.name(), b.name()) == 0;
+    case PDF_NAME: return a.name() != b.name() && std::strcmp(a.name(), b.name()) == 0;
     case PDF_ARRAY:
-      if (a.array() == b.array() || a.array()->count != b.array()->count) return false;
-      for (int i = 0; i < a.array()->count; ++i) {
-        if (!equal(a.array()->items[i], b.array()->items[i])) return false;
-      }
-      return true;
-    case PDF_DICTIONARY:
-      return a.dict() != b.dict() && equal(*a.dict(), *b.dict());
+      return a.array() != b.array() &&
+             std::equal(a.array()->items, a.array()->items + a.array()->count, b.array()->items, b.array()->items + b.array()->count,
+                        [](const CPDFObj& x, const CPDFObj& y) { return equal(x, y); });
+    case PDF_DICTIONARY: return a.dict() != b.dict() && equal(*a.dict(), *b.dict());
     case PDF_STREAM:
       return a.stream() != b.stream() && equal(a.stream()->dict, b.stream()->dict) &&
              std::memcmp(a.stream()->location, b.stream()->location, sizeof a.stream()->location) == 0;
-    default:
-      return a.value == b.value;
-  }
-}
-
-void require_sorted(const CPDFDictionary& dict) {
-  for (int i = 1; i < dict.count; ++i) {
-    require(std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]), CPDFDictionary::key_of(dict.items[i])) < 0);
+    default: return a.value == b.value;
   }
 }
 
 // One order on `obj`. Returns the value that the next order is for: `obj`, or one inside it.
 CPDFObj* change(CPDFObj* obj, FuzzInput& in) {
   switch (in.byte() % 12) {
-    case 0:
-      obj->free();
-      break;
-    case 1:
-      obj->set_bool((in.byte() & 1) != 0);
-      break;
-    case 2:
-      obj->set_int(static_cast<int>(in.word()));
-      break;
-    case 3:
-      obj->set_real(static_cast<std::int64_t>(in.word()));
-      break;
+    case 0: obj->free(); break;
+    case 1: obj->set_bool((in.byte() & 1) != 0); break;
+    case 2: obj->set_int(static_cast<int>(in.word())); break;
+    case 3: obj->set_real(static_cast<std::int64_t>(in.word())); break;
     case 4: {
       std::size_t n = in.byte();
       const std::uint8_t* from = in.bytes(n);
@@ -89,28 +68,18 @@ CPDFObj* change(CPDFObj* obj, FuzzInput& in) {
       require(obj->as_int() == static_cast<int>(n) && obj->str_bytes[n] == 0);
       break;
     }
-    case 5:
-      obj->set_name(Text(in).chars);
-      break;
-    case 6:
-      require(obj->set_array() == obj->array() && obj->array() != nullptr);
-      break;
-    case 7:
-      require(obj->set_dict() == obj->dict() && obj->dict() != nullptr);
-      break;
-    case 8:
-      obj->set_ref(PDF_REF{in.byte(), in.byte()});
-      break;
-    case 9:
-      obj->set_stream()->location[in.byte() & 3] = in.word();
-      break;
+    case 5: obj->set_name(Text(in).chars); break;
+    case 6: require(obj->set_array() == obj->array() && obj->array() != nullptr); break;
+    case 7: require(obj->set_dict() == obj->dict() && obj->dict() != nullptr); break;
+    case 8: obj->set_ref(PDF_REF{in.byte(), in.byte()}); break;
+    case 9: obj->set_stream()->location[in.byte() & 3] = in.word(); break;
     default: {  // Into a container, twice as likely as each of the others.
       if (obj->array() != nullptr) return obj->array()->append();
       CPDFDictionary* dict = obj->stream() != nullptr ? &obj->stream()->dict : obj->dict();
       if (dict == nullptr) break;
       CPDFObj* entry = dict->set(Text(in).chars);
       require(entry->type == PDF_EMPTY);
-      require_sorted(*dict);
+      for (int i = 1; i < dict->count; ++i) require(compare_keys(dict->items[i - 1], dict->items[i]) < 0);
       return entry;
     }
   }

@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 // The plain main of a fuzz target: runs it on every file named, and on the files of every folder
 // named, each in a buffer of exactly its size. `--count N` fails where other than N files were run.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -9,7 +10,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <system_error>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -31,30 +31,20 @@ bool run_file(const std::filesystem::path& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::vector<std::filesystem::path> files;
   long wanted = -1;
-  long count = 0;
-  bool good = true;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--count") == 0 && i + 1 < argc) {
       wanted = std::strtol(argv[++i], nullptr, 10);
-      continue;
-    }
-    std::error_code not_a_folder;
-    const std::filesystem::directory_iterator folder(argv[i], not_a_folder);
-    if (not_a_folder) {
-      good = run_file(argv[i]) && good;
-      ++count;
-      continue;
-    }
-    for (const auto& entry : folder) {
-      good = run_file(entry.path()) && good;
-      ++count;
+    } else if (std::filesystem::is_directory(argv[i])) {
+      for (const auto& entry : std::filesystem::directory_iterator(argv[i])) files.push_back(entry.path());
+    } else {
+      files.emplace_back(argv[i]);
     }
   }
+  const auto count = static_cast<long>(files.size());
   std::printf("%ld inputs\n", count);
-  if (wanted >= 0 && count != wanted) {
-    std::fprintf(stderr, "%ld inputs were wanted\n", wanted);
-    good = false;
-  }
-  return good ? EXIT_SUCCESS : EXIT_FAILURE;
+  if (wanted >= 0 && count != wanted) std::fprintf(stderr, "%ld inputs were wanted\n", wanted);
+  const auto failed = std::count_if(files.begin(), files.end(), [](const auto& path) { return !run_file(path); });
+  return failed == 0 && (wanted < 0 || count == wanted) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
