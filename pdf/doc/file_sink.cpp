@@ -4,12 +4,18 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
+#include <new>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
 namespace {
+
+// The rows of small pictures are a few bytes each; a call of the system for every one would take
+// longer than decoding it. Longer rows than half of this gain nothing from another copy.
+constexpr std::size_t gather_bytes = 16 * 1024;
 
 // strerror's text without its buffer that all threads share.
 std::string text_of_errno() { return std::generic_category().message(errno); }
@@ -62,15 +68,27 @@ bool CPDFFileSink::fail() {
   return false;
 }
 
-bool CPDFFileSink::write(const void* bytes, std::size_t n) {
-  if (descriptor_ < 0) return false;
+bool CPDFFileSink::pass_on(const void* bytes, std::size_t n) {
   if (bytes_.write(bytes, n)) return true;
   error_ = bytes_.error();
   return false;
 }
 
-bool CPDFFileSink::commit() {
+bool CPDFFileSink::flush() { return pass_on(gathered_.get(), std::exchange(gathered_bytes_, 0)); }
+
+bool CPDFFileSink::write(const void* bytes, std::size_t n) {
   if (descriptor_ < 0 || !error_.empty()) return false;
+  if (gathered_bytes_ + n > gather_bytes && !flush()) return false;
+  if (n > gather_bytes / 2) return flush() && pass_on(bytes, n);
+  if (gathered_ == nullptr) gathered_.reset(new (std::nothrow) unsigned char[gather_bytes]);
+  if (gathered_ == nullptr) return pass_on(bytes, n);
+  std::memcpy(gathered_.get() + gathered_bytes_, bytes, n);
+  gathered_bytes_ += n;
+  return true;
+}
+
+bool CPDFFileSink::commit() {
+  if (descriptor_ < 0 || !error_.empty() || !flush()) return false;
   // Some file systems report a full disk only here.
   const int closed = ::close(std::exchange(descriptor_, -1));
   if (closed != 0) return fail();

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "pdf/doc/raster.h"
@@ -36,6 +37,7 @@ class PDFBMP_API CPDFFileSink final : public CPDFByteSink {
   CPDFFileSink(const CPDFFileSink&) = delete;
   CPDFFileSink& operator=(const CPDFFileSink&) = delete;
 
+  /// Short pieces are gathered, so a failure may show some kilobytes later, at commit() the latest.
   bool write(const void* bytes, std::size_t n) override;
 
   /// Closes the file and gives it its name. False where that, or any write before, failed.
@@ -45,10 +47,14 @@ class PDFBMP_API CPDFFileSink final : public CPDFByteSink {
 
  private:
   bool fail();
+  bool pass_on(const void* bytes, std::size_t n);
+  bool flush();
 
   std::string path_;
   std::string temporary_;  ///< Empty where there is no temporary file.
   int descriptor_ = -1;
   CPDFDescriptorSink bytes_;
+  std::unique_ptr<unsigned char[]> gathered_;
+  std::size_t gathered_bytes_ = 0;
   std::string error_;
 };

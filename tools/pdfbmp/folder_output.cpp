@@ -35,8 +35,12 @@ class FolderOutput final : public Output {
 
   std::unique_ptr<OutputFile> create(const std::string& name, std::string& error) override {
     const std::filesystem::path path = folder_ / name;
-    if (!make_folder(path.parent_path(), error)) return nullptr;
     auto file = std::make_unique<FolderFile>(path.string());
+    if (!file->failure().empty()) {
+      // The first file of its folder.
+      if (!make_folder(path.parent_path(), error)) return nullptr;
+      file = std::make_unique<FolderFile>(path.string());
+    }
     error = file->failure();
     if (error.empty()) return file;
     return nullptr;

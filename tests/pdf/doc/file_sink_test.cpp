@@ -35,6 +35,19 @@ TEST(FileSink, FileAppearsWholeOrNotAtAll) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
+TEST(FileSink, PiecesOfAnySizeKeepTheirOrder) {
+  const TemporaryFolder folder;
+  CPDFFileSink sink(folder.path() / "pieces");
+  std::string all;
+  for (const std::size_t size : {1, 0, 8191, 8192, 8193, 5000, 5000, 5000, 5000, 20000, 3}) {
+    const std::string piece(size, static_cast<char>('a' + all.size() % 23));
+    EXPECT_TRUE(sink.write(piece.data(), piece.size()));
+    all += piece;
+  }
+  EXPECT_TRUE(sink.commit());
+  EXPECT_EQ(content_of(folder.path() / "pieces"), all);
+}
+
 TEST(FileSink, FailuresAreToldAndLeaveNothing) {
   const TemporaryFolder folder;
   CPDFFileSink nowhere(folder.path() / "missing" / "picture.png");
