@@ -1,12 +1,13 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 
 // Writes the PDF files that the tool is timed on, one a class of images: make_bench_set FOLDER
-// [CLASS...]. A file that is there already stays. Most classes are ten images of ten megapixels:
-// slopes, with noise of four values in a third of the squares that they are laid out in.
+// [CLASS...]. A file that is there already stays. Most classes are ten images of ten megapixels.
+// Flate data is zlib's at its default level, as in most files there are.
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -14,7 +15,9 @@
 #include <lcms2.h>
 #include <string>
 #include <vector>
+#include <zlib.h>
 
+#include "bench/scenes.h"
 #include "examples/encoders/encoders.h"
 #include "examples/encoders/fax_encoder.h"
 #include "examples/encoders/jpeg_encoder.h"
@@ -29,15 +32,9 @@ struct Size {
 
 constexpr Size ten_megapixels = {4000, 2500};
 
-/// The sample of component `c` of picture `seed`: a slope that goes up and down.
-int level(int x, int y, int c, int seed) {
-  const int way = (x * (c + 2) / 16 + y * (5 - c) / 16 + seed * 29) & 511;
-  const int slope = way < 256 ? way : 511 - way;
-  if (((x >> 8) + (y >> 8)) % 3 != 0) return slope;
-  const auto mixed = (static_cast<std::uint32_t>(x) * 2654435761U) ^
-                     (static_cast<std::uint32_t>(y * 4 + c) * 2246822519U);
-  return std::min(255, slope + static_cast<int>(mixed >> 13 & 3));
-}
+// Of a picture that was smoothed, and of one as it comes from a camera, which Flate hardly makes
+// any smaller.
+constexpr float slight_grain = 0.7F, strong_grain = 2.5F;
 
 /// Lines of marks, as a page of text has.
 bool is_ink(int x, int y, int seed) {
@@ -47,19 +44,20 @@ bool is_ink(int x, int y, int seed) {
   return (mark * 2654435761U >> (stroke % 20) & 3) != 0;
 }
 
-std::string samples(Size size, int components, int seed, int bytes = 1) {
-  std::string rows;
-  rows.reserve(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height) *
-               static_cast<std::size_t>(components * bytes));
-  for (int y = 0; y < size.height; ++y) {
-    for (int x = 0; x < size.width; ++x) {
-      for (int c = 0; c < components; ++c) {
-        // 16 bits as 8 times 257, as programs scale them.
-        rows.append(static_cast<std::size_t>(bytes), static_cast<char>(level(x, y, c, seed)));
-      }
-    }
-  }
-  return rows;
+std::string samples(Size size, int components, int seed, int bytes = 1,
+                    float grain = slight_grain) {
+  return Scene{size.width, size.height, components, static_cast<unsigned>(seed), grain}.samples(
+      bytes);
+}
+
+std::string zlib(const std::string& bytes) {
+  uLongf size = compressBound(bytes.size());
+  std::string data(size, '\0');
+  const auto* in = reinterpret_cast<const Bytef*>(bytes.data());
+  if (compress(reinterpret_cast<Bytef*>(data.data()), &size, in, bytes.size()) != Z_OK)
+    std::abort();
+  data.resize(size);
+  return data;
 }
 
 encoders::FaxRows page_of_text(Size size, int seed) {
@@ -94,11 +92,12 @@ std::string ten_images(PdfBuilder& pdf, const std::function<int(int seed)>& add)
 }
 
 /// `predictor` is 10 and the type of a PNG filter, 2 for the one of TIFF, 1 for none.
-std::string flate(const std::string& space, int components, int bits = 8, int predictor = 1) {
+std::string flate(const std::string& space, int components, int bits = 8, int predictor = 1,
+                  float grain = slight_grain) {
   PdfBuilder pdf;
   return ten_images(pdf, [&](int seed) {
     const Size size = ten_megapixels;
-    std::string rows = samples(size, components, seed, bits / 8);
+    std::string rows = samples(size, components, seed, bits / 8, grain);
     std::string rest = "/Filter /FlateDecode";
     if (predictor != 1) {
       const int step = components * bits / 8;
@@ -108,7 +107,7 @@ std::string flate(const std::string& space, int components, int bits = 8, int pr
               std::to_string(components) + " /BitsPerComponent " + std::to_string(bits) +
               " /Columns " + std::to_string(size.width) + " >>";
     }
-    return pdf.add_stream(entries(size, space, bits, rest), encoders::deflate(rows));
+    return pdf.add_stream(entries(size, space, bits, rest), zlib(rows));
   });
 }
 
@@ -116,7 +115,7 @@ std::string one_large() {
   PdfBuilder pdf;
   const Size size = {12000, 9000};
   add_page_of(pdf, {pdf.add_stream(entries(size, "/DeviceRGB", 8, "/Filter /FlateDecode"),
-                                   encoders::deflate(samples(size, 3, 0)))});
+                                   zlib(samples(size, 3, 0)))});
   return pdf.finish();
 }
 
@@ -125,10 +124,10 @@ std::string soft_masked() {
   return ten_images(pdf, [&](int seed) {
     const int mask =
         pdf.add_stream(entries(ten_megapixels, "/DeviceGray", 8, "/Filter /FlateDecode"),
-                       encoders::deflate(samples(ten_megapixels, 1, seed + 5)));
+                       zlib(samples(ten_megapixels, 1, seed + 5)));
     return pdf.add_stream(entries(ten_megapixels, "/DeviceRGB", 8,
                                   "/Filter /FlateDecode /SMask " + PdfBuilder::ref(mask)),
-                          encoders::deflate(samples(ten_megapixels, 3, seed)));
+                          zlib(samples(ten_megapixels, 3, seed)));
   });
 }
 
@@ -155,7 +154,7 @@ std::string icc_rgb() {
   return ten_images(pdf, [&](int seed) {
     return pdf.add_stream(entries(ten_megapixels, "[/ICCBased " + PdfBuilder::ref(profile) + "]", 8,
                                   "/Filter /FlateDecode"),
-                          encoders::deflate(samples(ten_megapixels, 3, seed)));
+                          zlib(samples(ten_megapixels, 3, seed)));
   });
 }
 
@@ -196,7 +195,7 @@ std::string bilevel(Bilevel how) {
     };
     switch (how) {
       case Bilevel::flate:
-        return add("/Filter /FlateDecode", encoders::deflate(encoders::pack_fax_rows(rows, false)));
+        return add("/Filter /FlateDecode", zlib(encoders::pack_fax_rows(rows, false)));
       case Bilevel::fax:
         return add("/Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " +
                        std::to_string(size.width) + " /Rows " + std::to_string(size.height) + " >>",
@@ -217,10 +216,15 @@ std::string dct(J_COLOR_SPACE stored, const std::string& space, const std::strin
   jpeg.height = ten_megapixels.height;
   jpeg.quality = 85;
   jpeg.subsampled = true;
+  const int components = stored == JCS_YCCK ? 4 : 3;
   return ten_images(pdf, [&](int seed) {
-    return pdf.add_stream(
-        entries(ten_megapixels, space, 8, "/Filter /DCTDecode " + rest),
-        encoders::encode_jpeg(jpeg, [&](int x, int y, int c) { return level(x, y, c, seed); }));
+    const std::string levels = samples(ten_megapixels, components, seed);
+    const auto level = [&](int x, int y, int c) {
+      return int{static_cast<unsigned char>(
+          levels[static_cast<std::size_t>((y * jpeg.width + x) * components + c)])};
+    };
+    return pdf.add_stream(entries(ten_megapixels, space, 8, "/Filter /DCTDecode " + rest),
+                          encoders::encode_jpeg(jpeg, level));
   });
 }
 
@@ -232,8 +236,11 @@ std::string jpx() {
   picture.width = picture.height = 2000;
   picture.tile = 1000;
   for (int seed = 0; seed < 5; ++seed) {
-    const std::string data = encoders::encode_jpx(
-        picture, [&](int c, int x, int y) { return level(x, y, c, seed) & 0xf8; });
+    const std::string levels = samples({2000, 2000}, 3, seed);
+    const std::string data = encoders::encode_jpx(picture, [&](int c, int x, int y) {
+      const char level = levels[static_cast<std::size_t>((y * 2000 + x) * 3 + c)];
+      return static_cast<unsigned char>(level) & 0xf8;
+    });
     add_page_of(
         pdf, {pdf.add_stream(entries({2000, 2000}, "/DeviceRGB", 8, "/Filter /JPXDecode"), data)});
   }
@@ -247,7 +254,7 @@ std::string small_images() {
     std::vector<int> images;
     for (int i = 0; i < 100; ++i) {
       images.push_back(pdf.add_stream(entries({32, 32}, "/DeviceRGB", 8, "/Filter /FlateDecode"),
-                                      encoders::deflate(samples({32, 32}, 3, page * 100 + i))));
+                                      zlib(samples({32, 32}, 3, page * 100 + i))));
     }
     add_page_of(pdf, images);
   }
@@ -267,6 +274,7 @@ const Class classes[] = {
     {"rgb", [] { return flate("/DeviceRGB", 3); }},
     {"rgb-png", [] { return flate("/DeviceRGB", 3, 8, 14); }},
     {"rgb-tiff", [] { return flate("/DeviceRGB", 3, 8, 2); }},
+    {"rgb-grain", [] { return flate("/DeviceRGB", 3, 8, 1, strong_grain); }},
     {"rgb-large", one_large},
     {"gray", [] { return flate("/DeviceGray", 1); }},
     {"indexed", [] { return flate(indexed_space(), 1); }},

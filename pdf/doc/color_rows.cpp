@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "pdf/cs/device_rgb.h"
 #include "pdf/cs/parsed/families.h"
 #include "pdf/cs/rows.h"
 #include "pdf/doc/band_rows.h"
@@ -147,8 +148,8 @@ std::unique_ptr<CPDFColorRows> pdfbmp::make_color_rows(CPDFImage& image, CPDFSam
   auto samples = CPDFSampleRows::make(*image.stream, std::move(layout));
   if (samples == nullptr) return nullptr;
   if (!colors.empty() && is_all_gray(colors)) return make_gray_rows(std::move(samples), colors);
-  // DeviceRGB's pixels are its samples.
-  if (image.cs->family == PDF_CS_DEVICE_RGB) {
+  // The pixels are the samples, also where a profile says just what DeviceRGB does.
+  if (dynamic_cast<const CPDFCSDeviceRGB*>(image.cs) != nullptr) {
     return std::make_unique<ByteRows>(std::move(samples), CPDFPixelFormat::rgb8);
   }
   return make_band_rows(*image.cs, std::move(samples));

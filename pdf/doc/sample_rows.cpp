@@ -30,11 +30,15 @@ unsigned char byte_of(unsigned value, unsigned top, const CPDFSampleLayout::Rang
   return static_cast<unsigned char>(std::lround(std::clamp(scaled, 0.0, 255.0)));
 }
 
-/// 16-bit samples, high byte first, to the nearest byte: v / 257 without a division.
-void widen16(unsigned char* dst, const unsigned char* src, std::ptrdiff_t count) {
+/// 16-bit samples, high byte first, to the nearest byte: v / 257 without a division, in steps that
+/// stay within 16 bits, which the compiler's vectors have twice as many of.
+void widen16(unsigned char* __restrict dst, const unsigned char* __restrict src,
+             std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    const unsigned v = unsigned{src[2 * i]} << 8 | src[2 * i + 1];
-    dst[i] = static_cast<unsigned char>((v * 255U + 32895U) >> 16);
+    const unsigned char high = src[2 * i], low = src[2 * i + 1];
+    const auto v = static_cast<std::uint16_t>(high << 8 | low);
+    dst[i] =
+        static_cast<unsigned char>(static_cast<std::uint16_t>(v - high + 127 + (high >> 7)) >> 8);
   }
 }
 

@@ -80,18 +80,6 @@ void undo_average_lanes(unsigned char* row, const unsigned char* above, int n) {
   }
 }
 
-template <int Step>
-void undo_paeth_lanes(unsigned char* row, const unsigned char* above, int n) {
-  Lanes left = {};
-  Lanes corner = {};
-  for (int i = 0; i + Step <= n; i += Step) {
-    const Lanes up = load(above + i);
-    left = (load(row + i) + paeth(left, up, corner)) & 255;
-    corner = up;
-    store<Step>(row + i, left);
-  }
-}
-
 // ---- Pixels of any size, from byte `i` on.
 
 void undo_sub(unsigned char* row, int i, int n, int step) {
@@ -123,6 +111,14 @@ void undo_average_gray(unsigned char* row, const unsigned char* above, int n) {
 }
 
 template <int Step>
+int undo_whole_paeth(unsigned char* row, const unsigned char* above, int n) {
+#ifdef __x86_64__
+  if (__builtin_cpu_supports("sse4.1")) return pdfbmp::undo_paeth_sse41<Step>(row, above, n);
+#endif
+  return pdfbmp::undo_paeth_lanes<Step>(row, above, n);
+}
+
+template <int Step>
 void undo_lanes(int type, unsigned char* row, const unsigned char* above, int n) {
   const int whole = n - n % Step;  // A row cut short may end inside a pixel.
   if (type == 1) {
@@ -132,8 +128,7 @@ void undo_lanes(int type, unsigned char* row, const unsigned char* above, int n)
     undo_average_lanes<Step>(row, above, n);
     undo_average(row, above, whole, n, Step);
   } else {
-    undo_paeth_lanes<Step>(row, above, n);
-    undo_paeth(row, above, whole, n, Step);
+    undo_paeth(row, above, undo_whole_paeth<Step>(row, above, n), n, Step);
   }
 }
 
@@ -143,7 +138,7 @@ void undo_gray(int type, unsigned char* row, const unsigned char* above, int n) 
   } else if (type == 3) {
     undo_average_gray(row, above, n);
   } else {
-    undo_paeth_lanes<1>(row, above, n);
+    undo_whole_paeth<1>(row, above, n);
   }
 }
 
@@ -160,6 +155,27 @@ void undo_any(int type, unsigned char* row, const unsigned char* above, int n, i
 }  // namespace
 
 namespace pdfbmp {
+
+template <int Step>
+int undo_paeth_lanes(unsigned char* row, const unsigned char* above, int n) {
+  Lanes left = {};
+  Lanes corner = {};
+  int i = 0;
+  for (; i + Step <= n; i += Step) {
+    const Lanes up = load(above + i);
+    left = (load(row + i) + paeth(left, up, corner)) & 255;
+    corner = up;
+    store<Step>(row + i, left);
+  }
+  return i;
+}
+
+template int undo_paeth_lanes<1>(unsigned char*, const unsigned char*, int);
+template int undo_paeth_lanes<2>(unsigned char*, const unsigned char*, int);
+template int undo_paeth_lanes<3>(unsigned char*, const unsigned char*, int);
+template int undo_paeth_lanes<4>(unsigned char*, const unsigned char*, int);
+template int undo_paeth_lanes<6>(unsigned char*, const unsigned char*, int);
+template int undo_paeth_lanes<8>(unsigned char*, const unsigned char*, int);
 
 void undo_png_row(int type, unsigned char* row, const unsigned char* above, int n, int step) {
   if (type < 1 || type > 4) return;

@@ -1,6 +1,8 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
+#include <utility>
 
+#include "pdf/filter/png_rows.h"
 #include "tests/pdf/filter/samples.h"
 
 namespace filter_test {
@@ -30,6 +32,38 @@ TEST(Predictor, BringsRowsBack) {
       }
     }
   }
+}
+
+template <int... Steps>
+void compare_paeth(std::integer_sequence<int, Steps...>, const std::string& filtered, const std::string& above) {
+  const auto compare = [&](auto undo, auto vector_undo, int step) {
+    for (int n = 0; n <= 50; ++n) {
+      std::string rows[2] = {filtered, filtered};
+      const auto* up = reinterpret_cast<const unsigned char*>(above.data());
+      const int done = undo(reinterpret_cast<unsigned char*>(rows[0].data()), up, n);
+      EXPECT_EQ(vector_undo(reinterpret_cast<unsigned char*>(rows[1].data()), up, n), done) << step;
+      EXPECT_EQ(done, n / step * step);
+      EXPECT_EQ(rows[1], rows[0]) << step << ' ' << n;
+    }
+  };
+  (compare(pdfbmp::undo_paeth_lanes<Steps>, pdfbmp::undo_paeth_sse41<Steps>, Steps), ...);
+}
+
+// Beside each other on bytes at random and on the outermost ones, where distances are largest and
+// equal most often.
+TEST(Predictor, VectorFormOfPaethIsTheOther) {
+#ifdef __x86_64__
+  if (!__builtin_cpu_supports("sse4.1")) GTEST_SKIP();
+  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+    std::string filtered = sample_bytes(64, seed), above = sample_bytes(64, seed + 1000);
+    if (seed % 2 != 0) {
+      for (std::string* row : {&filtered, &above}) {
+        for (char& byte : *row) byte = static_cast<char>((byte & 3) - 2);
+      }
+    }
+    compare_paeth(std::integer_sequence<int, 1, 2, 3, 4, 6, 8>(), filtered, above);
+  }
+#endif
 }
 
 TEST(Predictor, RefusesParametersThatDescribeNoRow) {
