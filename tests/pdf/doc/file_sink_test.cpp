@@ -39,7 +39,7 @@ TEST(FileSink, PiecesOfAnySizeKeepTheirOrder) {
   const TemporaryFolder folder;
   CPDFFileSink sink(folder.path() / "pieces");
   std::string all;
-  for (const std::size_t size : {1, 0, 8191, 8192, 8193, 5000, 5000, 5000, 5000, 20000, 3}) {
+  for (const std::size_t size : {1U, 0U, 8191U, 8192U, 8193U, 5000U, 5000U, 5000U, 5000U, 20000U, 3U}) {
     const std::string piece(size, static_cast<char>('a' + all.size() % 23));
     EXPECT_TRUE(sink.write(piece.data(), piece.size()));
     all += piece;
