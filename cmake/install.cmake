@@ -38,6 +38,19 @@ if(PDFBMP_BUILD_DOCUMENT)
     install(FILES cmake/find_dependencies.cmake DESTINATION ${package_folder} COMPONENT development)
   endif()
   install(TARGETS pdfbmp COMPONENT tool)
+
+  # Debian's zsh looks for what packages bring in a folder of its own.
+  set(zsh_folder site-functions)
+  if(CMAKE_INSTALL_PREFIX STREQUAL /usr AND EXISTS /etc/debian_version)
+    set(zsh_folder vendor-completions)
+  endif()
+  set(generated ${PROJECT_BINARY_DIR}/tools/pdfbmp)
+  install(FILES ${generated}/pdfbmp.man RENAME pdfbmp.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  install(FILES ${generated}/pdfbmp.bash RENAME pdfbmp
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+  install(FILES ${generated}/pdfbmp.zsh RENAME _pdfbmp
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_folder} COMPONENT tool)
 endif()
 
 configure_package_config_file(cmake/pdfbmp-config.cmake.in pdfbmp-config.cmake
@@ -92,7 +105,7 @@ include(CPack)
 
 # Builds what is installed, and not the tests.
 add_custom_target(installed_targets DEPENDS pdfbmp_image)
-foreach(target pdfbmp_document pdfbmp_shared pdfbmp pdfbmp-jbig2)
+foreach(target pdfbmp_document pdfbmp_shared pdfbmp pdfbmp_manual pdfbmp-jbig2)
   if(TARGET ${target})
     add_dependencies(installed_targets ${target})
   endif()

@@ -9,47 +9,11 @@
 
 #include "kx/alloc.h"
 #include "pdf/filter/ccitt_bits.h"
+#include "pdf/filter/ccitt_parms.h"
 #include "pdf/filter/ccitt_row.h"
-#include "pdf/filter/parms.h"
 #include "pdf/filter/window_stream.h"
-#include "pdf/obj/object.h"
 
 namespace {
-
-// The parameters of ISO 32000-2, table 11.
-struct FaxParms {
-  explicit FaxParms(const CPDFFilterSetup& setup) {
-    const auto integer = [&](const char* key, int otherwise) {
-      return pdfbmp::int_parm(setup.parms, setup.xref, key, otherwise);
-    };
-    const auto boolean = [&](const char* key, bool otherwise) {
-      return pdfbmp::bool_parm(setup.parms, setup.xref, key, otherwise);
-    };
-    k = integer("K", 0);
-    end_of_line = boolean("EndOfLine", false);
-    byte_align = boolean("EncodedByteAlign", false);
-    columns = integer("Columns", 1728);
-    end_of_block = boolean("EndOfBlock", true);
-    black_is_1 = boolean("BlackIs1", false);
-    tolerated = integer("DamagedRowsBeforeError", 0);
-    // The image has no use for rows beyond its height. Rows counts only where nothing in the data
-    // marks its end.
-    const int height = pdfbmp::int_parm(setup.image, setup.xref, CPDFDictionary::sm_tag_height,
-                                        pdfbmp::int_parm(setup.image, setup.xref, "H", 0));
-    rows = std::max(height, 0);
-    const int own_rows = end_of_block ? 0 : integer("Rows", 0);
-    if (own_rows > 0) rows = rows > 0 ? std::min(rows, own_rows) : own_rows;
-  }
-
-  int k;  // < 0: T.6; 0: T.4, one-dimensional; > 0: T.4, each row says which.
-  bool end_of_line;
-  bool byte_align;
-  int columns;
-  int rows;  // 0: not known.
-  bool end_of_block;
-  bool black_is_1;
-  int tolerated;  // Damaged rows.
-};
 
 constexpr int longest_code = 13;
 
@@ -62,7 +26,7 @@ constexpr int longest_code = 13;
 class CCITTStream : public CPDFWindowStream {
  public:
   CCITTStream(std::unique_ptr<CPDFStream> input, const CPDFFilterSetup& setup,
-              const FaxParms& parms)
+              const CCITTParms& parms)
       : CPDFWindowStream(setup.report, (parms.columns + 7) / 8),
         bits_(std::move(input)),
         parms_(parms),
@@ -224,7 +188,7 @@ class CCITTStream : public CPDFWindowStream {
   }
 
   CCITTBits bits_;
-  FaxParms parms_;
+  CCITTParms parms_;
   int row_bytes_;
   CCITTRow row_;
   CCITTRow above_;
@@ -244,7 +208,7 @@ namespace pdfbmp {
 
 std::unique_ptr<CPDFStream> make_ccitt(std::unique_ptr<CPDFStream> input,
                                        const CPDFFilterSetup& setup) {
-  const FaxParms parms(setup);
+  const CCITTParms parms(setup);
   if (parms.columns < 1 || parms.columns > setup.limits.max_codec_bytes / 16) {
     setup.report->note("the width of the CCITT data is out of range");
     return nullptr;

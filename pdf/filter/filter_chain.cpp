@@ -41,6 +41,64 @@ class ItemList {
   CPDFObjHolder value_;
 };
 
+// The filters of a stream's dictionary, with their parameters.
+class FilterList {
+ public:
+  FilterList(const CPDFDictionary& dict, CPDFXRefTable* xref)
+      : dict_(dict),
+        xref_(xref),
+        filters_(dict, xref, CPDFDictionary::sm_tag_filter, "F"),
+        parms_(dict, xref, "DecodeParms", "DP") {}
+
+  int count() const { return filters_.count(); }
+
+  /// One dictionary beside several filters is taken for that of each: a filter reads no other keys
+  /// than its own.
+  void get_parms(int i, CPDFObj& parms) const { parms_.get(parms_.is_array() ? i : 0, parms); }
+
+  /// All filters but the last `left_out` in front of `stream`.
+  std::unique_ptr<CPDFStream> make(std::unique_ptr<CPDFStream> stream,
+                                   const CPDFFilterLimits& limits,
+                                   std::shared_ptr<CPDFDecodeReport> report, int left_out) const {
+    if (stream == nullptr || report == nullptr) return nullptr;
+    if (count() > limits.max_filters) {
+      report->note("there are more filters than the limits allow");
+      return nullptr;
+    }
+    const int encoded_length = stream->length;
+    for (int i = 0; i < count() - left_out; ++i) {
+      CPDFObjHolder name;
+      CPDFObjHolder parms;
+      filters_.get(i, name);
+      get_parms(i, parms);
+      const pdfbmp::FilterEntry* const filter = pdfbmp::find_filter(name.name());
+      if (filter == nullptr) {
+        report->note("a filter is unknown");
+        return nullptr;
+      }
+      CPDFFilterSetup setup;
+      setup.parms = parms.dict();
+      setup.image = &dict_;
+      setup.xref = xref_;
+      setup.limits = limits;
+      setup.report = report;
+      stream = filter->make(std::move(stream), setup);
+      if (stream == nullptr) {
+        if (!report->damaged) report->note("a filter could not be made");
+        return nullptr;
+      }
+      if (stream->length == 0) stream->length = encoded_length;  // A hint for who loads it whole.
+    }
+    return pdfbmp::make_measured_stream(std::move(stream), std::move(report));
+  }
+
+ private:
+  const CPDFDictionary& dict_;
+  CPDFXRefTable* xref_;
+  ItemList filters_;
+  ItemList parms_;
+};
+
 }  // namespace
 
 namespace pdfbmp {
@@ -66,41 +124,18 @@ std::unique_ptr<CPDFStream> make_filter_chain(std::unique_ptr<CPDFStream> encode
                                               const CPDFDictionary& dict, CPDFXRefTable* xref,
                                               const CPDFFilterLimits& limits,
                                               std::shared_ptr<CPDFDecodeReport> report) {
-  if (encoded == nullptr || report == nullptr) return nullptr;
-  const ItemList filters(dict, xref, CPDFDictionary::sm_tag_filter, "F");
-  const ItemList parms(dict, xref, "DecodeParms", "DP");
-  if (filters.count() > limits.max_filters) {
-    report->note("there are more filters than the limits allow");
-    return nullptr;
-  }
-  std::unique_ptr<CPDFStream> stream = std::move(encoded);
-  const int encoded_length = stream->length;
-  for (int i = 0; i < filters.count(); ++i) {
-    CPDFObjHolder name;
-    CPDFObjHolder parm;
-    filters.get(i, name);
-    // One dictionary beside several filters is taken for that of each: a filter reads no other keys
-    // than its own.
-    parms.get(parms.is_array() ? i : 0, parm);
-    const FilterEntry* const filter = find_filter(name.name());
-    if (filter == nullptr) {
-      report->note("a filter is unknown");
-      return nullptr;
-    }
-    CPDFFilterSetup setup;
-    setup.parms = parm.dict();
-    setup.image = &dict;
-    setup.xref = xref;
-    setup.limits = limits;
-    setup.report = report;
-    stream = filter->make(std::move(stream), setup);
-    if (stream == nullptr) {
-      if (!report->damaged) report->note("a filter could not be made");
-      return nullptr;
-    }
-    if (stream->length == 0) stream->length = encoded_length;  // A hint for whoever loads it whole.
-  }
-  return make_measured_stream(std::move(stream), std::move(report));
+  return FilterList(dict, xref).make(std::move(encoded), limits, std::move(report), 0);
+}
+
+std::unique_ptr<CPDFStream> make_codec_input(std::unique_ptr<CPDFStream> encoded,
+                                             const CPDFDictionary& dict, CPDFXRefTable* xref,
+                                             const CPDFFilterLimits& limits,
+                                             std::shared_ptr<CPDFDecodeReport> report,
+                                             CPDFObj& parms) {
+  const FilterList filters(dict, xref);
+  if (filters.count() == 0) return nullptr;
+  filters.get_parms(filters.count() - 1, parms);
+  return filters.make(std::move(encoded), limits, std::move(report), 1);
 }
 
 std::shared_ptr<CPDFDecodeReport> report_of(const CPDFStream* stream) {

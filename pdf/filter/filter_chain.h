@@ -7,6 +7,8 @@
 
 #include "pdf/filter/filter.h"
 
+class CPDFObj;
+
 namespace pdfbmp {
 
 /// The full name of a filter (`FlateDecode`) given by either of its names (`Fl`); the name itself
@@ -25,6 +27,14 @@ std::unique_ptr<CPDFStream> make_filter_chain(std::unique_ptr<CPDFStream> encode
                                               const CPDFDictionary& dict, CPDFXRefTable* xref,
                                               const CPDFFilterLimits& limits,
                                               std::shared_ptr<CPDFDecodeReport> report);
+
+/// As above, but without the last filter: what it would read. `parms` becomes its parameters, empty
+/// where it has none. Null also where there is no filter.
+std::unique_ptr<CPDFStream> make_codec_input(std::unique_ptr<CPDFStream> encoded,
+                                             const CPDFDictionary& dict, CPDFXRefTable* xref,
+                                             const CPDFFilterLimits& limits,
+                                             std::shared_ptr<CPDFDecodeReport> report,
+                                             CPDFObj& parms);
 
 /// The report of a stream that make_filter_chain made; null for any other stream.
 std::shared_ptr<CPDFDecodeReport> report_of(const CPDFStream* stream);

@@ -19,17 +19,6 @@
 
 namespace {
 
-/// The stream of the parameters' JBIG2Globals; null where there is none.
-std::unique_ptr<CPDFStream> open_globals(const CPDFFilterSetup& setup) {
-  if (setup.parms == nullptr || setup.xref == nullptr) return nullptr;
-  const CPDFObj* const entry = find_key(setup.parms, "JBIG2Globals");
-  if (entry == nullptr) return nullptr;
-  CPDFObjHolder value;
-  resolve_copy(entry, setup.xref, value);
-  const CPDFStreamRec* const record = value.stream();
-  return std::unique_ptr<CPDFStream>(record != nullptr ? setup.xref->make_stream(record) : nullptr);
-}
-
 class JBIG2Stream : public CPDFWindowStream {
  public:
   JBIG2Stream(std::unique_ptr<CPDFStream> input, const CPDFFilterSetup& setup)
@@ -37,7 +26,7 @@ class JBIG2Stream : public CPDFWindowStream {
         size_(pdfbmp::declared_size(setup)),
         limits_(setup.limits),
         input_(std::move(input)),
-        globals_(open_globals(setup)) {}
+        globals_(pdfbmp::open_jbig2_globals(setup)) {}
 
   void close() override {
     input_.reset();
@@ -135,6 +124,16 @@ class JBIG2Stream : public CPDFWindowStream {
 }  // namespace
 
 namespace pdfbmp {
+
+std::unique_ptr<CPDFStream> open_jbig2_globals(const CPDFFilterSetup& setup) {
+  if (setup.parms == nullptr || setup.xref == nullptr) return nullptr;
+  const CPDFObj* const entry = find_key(setup.parms, "JBIG2Globals");
+  if (entry == nullptr) return nullptr;
+  CPDFObjHolder value;
+  resolve_copy(entry, setup.xref, value);
+  const CPDFStreamRec* const record = value.stream();
+  return std::unique_ptr<CPDFStream>(record != nullptr ? setup.xref->make_stream(record) : nullptr);
+}
 
 std::unique_ptr<CPDFStream> make_jbig2(std::unique_ptr<CPDFStream> input,
                                        const CPDFFilterSetup& setup) {

@@ -17,4 +17,7 @@ namespace pdfbmp {
 std::unique_ptr<CPDFStream> make_jbig2(std::unique_ptr<CPDFStream> input,
                                        const CPDFFilterSetup& setup);
 
+/// The segments that the parameters' JBIG2Globals hold, decoded; null where there are none.
+std::unique_ptr<CPDFStream> open_jbig2_globals(const CPDFFilterSetup& setup);
+
 }  // namespace pdfbmp

@@ -15,7 +15,10 @@ CPDFLoadedBytes::~CPDFLoadedBytes() { KXFree(data_); }
 bool CPDFLoadedBytes::load(std::int64_t n) {
   if (n > limit_) n = limit_;
   while (size_ < n) {
-    if (!input_.fill()) return false;
+    if (!input_.fill()) {
+      at_end_ = true;
+      return false;
+    }
     const std::int64_t more = std::min<std::int64_t>(input_.end - input_.begin, limit_ - size_);
     if (size_ + more > room_ && !grow(size_ + more)) return false;
     std::memcpy(data_ + size_, input_.begin, static_cast<std::size_t>(more));

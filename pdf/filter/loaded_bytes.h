@@ -19,6 +19,7 @@ class CPDFLoadedBytes {
   bool load(std::int64_t n);
   void load_all() { load(limit_); }
 
+  bool at_end() const { return at_end_; }              ///< A load has met the end of the data.
   const unsigned char* data() const { return data_; }  ///< Good until the next load.
   std::int64_t size() const { return size_; }
 
@@ -31,5 +32,6 @@ class CPDFLoadedBytes {
   CPDFInput input_;
   std::int64_t limit_;
   std::int64_t size_ = 0, room_ = 0;
+  bool at_end_ = false;
   unsigned char* data_ = nullptr;
 };

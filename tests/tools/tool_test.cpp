@@ -52,6 +52,9 @@ class Tool : public testing::Test {
     write_file(path("short.pdf"), one_image_pdf(rgb, rgb_rows.substr(0, 8)));
     write_file(path("empty.pdf"), one_image_pdf(rgb, ""));
     write_file(path("foreign.pdf"), one_image_pdf(rgb + " /Filter /NoSuchDecode", rgb_rows));
+    write_file(path("fax.pdf"), one_image_pdf("/ColorSpace /DeviceGray /BitsPerComponent 1 /Filter /CCITTFaxDecode"
+                                              " /DecodeParms << /K -1 /Columns 2 >>",
+                                              "\xCD"));
     write_file(path("text.pdf"), "This is no PDF.\n");
     QPDF pdf;
     const std::string plain = good_pdf();
@@ -115,6 +118,15 @@ TEST_F(Tool, ExitCodesAndMessages) {
       {{"extract", "empty.pdf", "-o", "out"}, 1, "page 1, object 3: "},
       {{"extract", "foreign.pdf", "-o", "out"}, 1, "foreign.pdf: page 1, object 3: "},
       {{"extract", "good.pdf", "-o", "out", "--max-pixels", "3"}, 1, "object 3: its 2 x 2 pixels", {"0001-002-o4.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--min-size", "3x1"}, 0, "2 images written", {"0001-002-o4.png", "0002-001-o5.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--min-size", "2"}, 0, "1 images written", {"0001-001-o3.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--objects", "5,3,7"}, 0, "object 7 is no image", {"0001-001-o3.png", "0002-001-o5.png"}},
+      {{"extract", "good.pdf", "-o", "out", "--format", "native", "--objects", "3"}, 0, "", {"0001-001-o3.png"}},
+      {{"extract", "fax.pdf", "-o", "out", "--format", "native"}, 0, "", {"0001-001-o3.tif"}},
+      {{"extract", "fax.pdf", "-o", "out", "--format", "native", "--kind", "mask"}, 0, "1 passed over"},
+      {{"extract", "fax.pdf", "-o", "out", "--format", "native", "--kind", "gray"}, 2, "native"},
+      {{"list", "good.pdf", "--min-size", "3x"}, 2, "3x is no size"},
+      {{"list", "good.pdf", "--objects", "3,,4"}, 2, "object number"},
       {{}, 2, "Try"},
       {{"extract", "good.pdf"}, 2, "--output"},
       {{"extract", "good.pdf", "-o", "out", "--kind", "gold"}, 2, "gold"},

@@ -13,9 +13,9 @@
 #include <jbig2.h>
 #include <unistd.h>
 
+#include "pdf/filter/jbig2_segments.h"
 #include "tools/pdfbmp-jbig2/confine.h"
 #include "tools/pdfbmp-jbig2/protocol.h"
-#include "tools/pdfbmp-jbig2/segments.h"
 
 namespace {
 

@@ -1,12 +1,14 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "tools/pdfbmp/extract.h"
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "tools/pdfbmp/chosen_images.h"
 #include "tools/pdfbmp/cmyk_profile.h"
 #include "tools/pdfbmp/extract_image.h"
 #include "tools/pdfbmp/image_facts.h"
@@ -75,17 +77,16 @@ class Extraction {
 
   Outcome extract_images(CPDFDocument& document, const std::string& file, const std::string& folder,
                          Counts& counts) {
-    const std::vector<CPDFFoundImage> images =
-        document.find_images(options_.first_page, options_.last_page);
-    const std::vector<int> numbers = number_images(images);
+    const ChosenImages chosen = choose_images(document, file, options_, messages_);
+    const std::vector<CPDFFoundImage>& images = chosen.images;
     Outcome outcome = Outcome::ok;
 
     const auto work = [&](std::size_t i) {
-      const std::string name = folder + image_file_name(images[i], numbers[i]);
+      const std::string name = folder + image_file_name(images[i], chosen.numbers[i]);
       return extract_image(document, images[i], name, options_, output_);
     };
     const auto emit = [&](std::size_t i, ExtractedImage image) {
-      outcome = worse(outcome, keep(file, images[i], numbers[i], image, counts));
+      outcome = worse(outcome, keep(file, images[i], chosen.numbers[i], image, counts));
       messages_.progress(i + 1, images.size());
       return outcome != Outcome::no_output;
     };
@@ -133,18 +134,19 @@ class Extraction {
     JsonObject json;
     if (several()) json.add("pdf", file);
     add_facts(json, found);
-    if (image.name.empty()) {
-      json.add_null("file").add_null("bitmap");
+    json.add_or_null("file", image.name);
+    if (image.width == 0) {
+      json.add_null("bitmap");
     } else {
-      const int size[] = {image.width, image.height};
-      json.add("file", image.name).add_array("bitmap", size);
+      json.add_array("bitmap", std::array{image.width, image.height});
     }
-    json.add("complete", image.complete).add("rows", image.rows);
-    if (image.error.empty()) {
-      json.add_null("error");
+    json.add("complete", image.complete);
+    if (image.passed_on) {
+      json.add_null("rows");
     } else {
-      json.add("error", image.error);
+      json.add("rows", image.rows);
     }
+    json.add_or_null("error", image.error);
     return json.text() + "\n";
   }
 

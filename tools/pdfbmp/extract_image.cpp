@@ -4,6 +4,7 @@
 #include <new>
 #include <vector>
 
+#include "pdf/doc/native_file.h"
 #include "pdf/doc/pam_writer.h"
 #include "pdf/doc/png_writer.h"
 #include "tools/pdfbmp/picture.h"
@@ -13,6 +14,7 @@ namespace {
 const char* suffix_of(FileFormat format, const CPDFRasterInfo& info) {
   switch (format) {
     case FileFormat::png:
+    case FileFormat::native:
       return "png";
     case FileFormat::pam:
       return CPDFPamWriter::suffix_of(info, CPDFPamWriter::Dialect::pam);
@@ -25,6 +27,7 @@ const char* suffix_of(FileFormat format, const CPDFRasterInfo& info) {
 std::unique_ptr<CPDFRasterWriter> make_writer(FileFormat format, CPDFByteSink& sink) {
   switch (format) {
     case FileFormat::png:
+    case FileFormat::native:
       return std::make_unique<CPDFPngWriter>(sink);
     case FileFormat::pam:
       return std::make_unique<CPDFPamWriter>(sink, CPDFPamWriter::Dialect::pam);
@@ -60,11 +63,48 @@ Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRas
   return writer.finish() ? Copied::all : Copied::unwritten;
 }
 
+// A codec's data holds no other picture than its own.
+bool has_own_data(const CPDFFoundImage& found, PictureKind kind) {
+  const bool is_mask = found.kind == CPDFImageKind::mask || found.kind == CPDFImageKind::smask;
+  return kind == PictureKind::mask ? is_mask || found.image_mask : !is_mask;
+}
+
+bool write_all(const CPDFNativeFile& native, CPDFByteSink& sink) {
+  return sink.write(native.head.data(), native.head.size()) &&
+         sink.write(native.data->data(), static_cast<std::size_t>(native.data->size())) &&
+         sink.write(native.tail.data(), native.tail.size());
+}
+
+// False where the image's data cannot be passed on as it is.
+bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
+                    const Options& options, Output& output, ExtractedImage& result) {
+  CPDFFilterLimits limits;
+  limits.max_pixels = options.max_pixels;
+  result.passed_over = !has_own_data(found, options.kind);
+  if (result.passed_over) return true;
+  CPDFNativeFile native;
+  if (!pdfbmp::open_native_file(document, found, limits, native)) return false;
+  result.name = name + "." + native.suffix;
+  std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
+  if (file != nullptr && !write_all(native, file->sink())) result.error = file->failure();
+  result.output_failed = file == nullptr || !result.error.empty();
+  if (result.output_failed) return true;
+  result.passed_on = true;
+  result.error = native.problem;
+  result.complete = native.problem.empty();
+  result.file = std::move(file);
+  return true;
+}
+
 void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
              const Options& options, Output& output, ExtractedImage& result) {
   if (std::int64_t{found.width} * found.height > options.max_pixels) {
     result.error = "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
                    " pixels are more than --max-pixels allows";
+    return;
+  }
+  if (options.format == FileFormat::native &&
+      extract_native(document, found, name, options, output, result)) {
     return;
   }
   const Picture picture = open_picture(document, found, options);

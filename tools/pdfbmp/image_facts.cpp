@@ -1,8 +1,6 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "tools/pdfbmp/image_facts.h"
 
-#include <map>
-
 const char* kind_name(CPDFImageKind kind) {
   switch (kind) {
     case CPDFImageKind::image:
@@ -32,11 +30,7 @@ void add_facts(JsonObject& json, const CPDFFoundImage& found) {
     json.add_null("mask_of");
   }
   json.add("width", found.width).add("height", found.height).add("bpc", found.bpc);
-  if (found.colorspace.empty()) {
-    json.add_null("colorspace");
-  } else {
-    json.add("colorspace", found.colorspace);
-  }
+  json.add_or_null("colorspace", found.colorspace);
   if (!found.base.empty()) json.add("base", found.base);
   json.add("components", found.components)
       .add_array("filters", found.filters)
@@ -64,13 +58,6 @@ std::string summary_line(const std::string& pdf, std::size_t images, std::size_t
     json.add("error", *error);
   }
   return json.text() + "\n";
-}
-
-std::vector<int> number_images(const std::vector<CPDFFoundImage>& images) {
-  std::vector<int> numbers;
-  std::map<int, int> on_page;
-  for (const CPDFFoundImage& found : images) numbers.push_back(++on_page[found.page]);
-  return numbers;
 }
 
 std::string place_of(const CPDFFoundImage& found, int number) {

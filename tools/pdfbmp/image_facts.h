@@ -18,8 +18,5 @@ void add_facts(JsonObject& json, const CPDFFoundImage& found);
 std::string summary_line(const std::string& pdf, std::size_t images, std::size_t failed,
                          const std::string* error);
 
-/// For each image its running number, from 1, on the first page that uses it.
-std::vector<int> number_images(const std::vector<CPDFFoundImage>& images);
-
 /// "page 3, object 12", for messages.
 std::string place_of(const CPDFFoundImage& found, int number);

@@ -15,6 +15,10 @@ class JsonObject {
   }
   JsonObject& add(std::string_view key, double value);  ///< Null where it is not finite.
   JsonObject& add_null(std::string_view key) { return add_raw(key, "null"); }
+  /// Null where the text is empty.
+  JsonObject& add_or_null(std::string_view key, std::string_view value) {
+    return value.empty() ? add_null(key) : add(key, value);
+  }
 
   template <class Value, std::enable_if_t<std::is_integral_v<Value>, int> = 0>
   JsonObject& add(std::string_view key, Value value) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "pdf/doc/file_sink.h"
+#include "tools/pdfbmp/chosen_images.h"
 #include "tools/pdfbmp/image_facts.h"
 #include "tools/pdfbmp/input.h"
 #include "tools/pdfbmp/table.h"
@@ -36,20 +37,20 @@ Outcome run_list(const Options& options, Messages& messages) {
     const std::unique_ptr<CPDFDocument> document =
         open_input(file, options, messages, outcome, error);
     worst = worse(worst, outcome);
-    std::vector<CPDFFoundImage> images;
+    ChosenImages chosen;
     if (document != nullptr) {
-      images = document->find_images(options.first_page, options.last_page);
+      chosen = choose_images(*document, file, options, messages);
     } else {
       messages.error(file, error);
     }
 
     std::string text;
     if (options.json) {
-      text = json_lines(images, several ? &file : nullptr);
-      if (several) text += summary_line(file, images.size(), 0, document ? nullptr : &error);
+      text = json_lines(chosen.images, several ? &file : nullptr);
+      if (several) text += summary_line(file, chosen.images.size(), 0, document ? nullptr : &error);
     } else if (document != nullptr) {
       if (several) text = "==> " + file + " <==\n";
-      text += image_table(images) + (several ? "\n" : "");
+      text += image_table(chosen) + (several ? "\n" : "");
     }
     if (!out.write(text.data(), text.size())) {
       messages.error("standard output", out.error());

@@ -2,67 +2,62 @@
 #include "tools/pdfbmp/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
 #include <iostream>
+#include <memory>
 #include <utility>
 
 #include "pdf/cs/rows.h"
+#include "tools/pdfbmp/command_help.h"
 
 namespace {
 
-constexpr const char* exit_codes = R"(Exit codes:
-  0  every image was written whole
-  1  some image could not be decoded, or only partly (each is named on standard
-     error; what could be decoded is written)
-  2  the call is wrong
-  3  a file cannot be read as a PDF
-  4  a file needs a password, or another one
-  5  the output cannot be written)";
+constexpr const char* common_group = "Options of every command";
 
-constexpr const char* main_examples = R"(Examples:
-  pdfbmp list report.pdf
-  pdfbmp extract report.pdf -o pictures
-See 'pdfbmp list --help' and 'pdfbmp extract --help' for more.
+// The number that is all of the text, from 0.
+std::optional<int> number_of(const std::string& text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool good = error == std::errc() && end == text.data() + text.size() && number >= 0;
+  return good ? std::optional<int>(number) : std::nullopt;
+}
 
-)";
+// "100x50", or "100" for both.
+void set_min_size(const std::string& text, Options& options) {
+  const std::size_t x = text.find('x');
+  const auto width = number_of(text.substr(0, x));
+  const auto height = x == std::string::npos ? width : number_of(text.substr(x + 1));
+  if (!width || !height) throw CLI::ValidationError("--min-size", text + " is no size");
+  options.min_width = *width;
+  options.min_height = *height;
+}
 
-constexpr const char* list_examples = R"(Examples:
-  pdfbmp list report.pdf
-  pdfbmp list -f 2 -l 5 report.pdf
-  pdfbmp list --json *.pdf | jq 'select(.width > 1000)'
-
-)";
-
-constexpr const char* extract_examples =
-    R"(Files are named PPPP-NNN-oOBJ.png by page, running number on it and object
-number (PPPP-NNN-inline.png for inline images). With several input files each
-has a folder of its own name. An image on many pages is written once.
-
-Kinds:
-  auto   what a person would expect to see: masks become transparency, a stencil
-         is black
-  color  the colours alone
-  gray   the same in gray
-  mask   the opacity of stencils, masks and soft masks
-  mono   pictures of one component as a palette
-Of images that have no bitmap of the wanted kind no file is written.
-
-Examples:
-  pdfbmp extract report.pdf -o pictures
-  pdfbmp extract --format pnm --kind gray scans/*.pdf -o pages
-  curl -s https://example.org/report.pdf | pdfbmp extract - -o - | tar xf -
-
-)";
+void set_objects(const std::string& text, Options& options) {
+  options.objects.clear();
+  for (const std::string& item : CLI::detail::split(text, ',')) {
+    const auto number = number_of(item);
+    if (!number) throw CLI::ValidationError("--objects", item + " is no object number");
+    options.objects.push_back(*number);
+  }
+}
 
 void add_common_options(CLI::App& app, Options& options) {
   // Without the ranges in the help text: nobody asks for them.
   const CLI::Validator page = CLI::Range(1, std::numeric_limits<int>::max()).description("");
   const CLI::Validator count =
       CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description("");
-  app.add_option("FILE", options.files, "PDF files; - is standard input")
-      ->required()
-      ->type_name("");
+  app.add_option("FILE", options.files, "PDF files; - is standard input")->required();
   app.add_option("-f,--first", options.first_page, "First page")->check(page)->type_name("PAGE");
   app.add_option("-l,--last", options.last_page, "Last page")->check(page)->type_name("PAGE");
+  app.add_option_function<std::string>(
+         "--objects", [&options](const std::string& text) { set_objects(text, options); },
+         "Only images with these object numbers, between commas; 0 stands for all inline images")
+      ->type_name("NUMBERS");
+  app.add_option_function<std::string>(
+         "--min-size", [&options](const std::string& text) { set_min_size(text, options); },
+         "Leave out images that are narrower or lower than this; N is NxN")
+      ->type_name("WxH");
   app.add_option("--password", options.password, "User or owner password of the files")
       ->type_name("TEXT");
   app.add_option("--max-pixels", options.max_pixels,
@@ -70,46 +65,51 @@ void add_common_options(CLI::App& app, Options& options) {
       ->check(count)
       ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "No progress and no warnings, errors only");
+  for (CLI::Option* option : app.get_options()) option->group(common_group);
 }
 
-// An option that takes one of a few names.
+// An option that takes one of a few words.
 template <class Value>
 void add_choice(CLI::App& app, const std::string& name, const std::string& description,
                 std::vector<std::pair<std::string, Value>> choices, Value& value) {
-  std::vector<std::string> names;
-  for (const auto& choice : choices) names.push_back(choice.first);
+  std::vector<std::string> words;
+  std::string shown;
+  for (const auto& choice : choices) {
+    words.push_back(choice.first);
+    shown += (shown.empty() ? "" : "|") + choice.first;
+  }
   const auto set = [choices, &value](const std::string& text) {
     for (const auto& choice : choices) {
       if (choice.first == text) value = choice.second;
     }
   };
   app.add_option_function<std::string>(name, set, description)
-      ->check(CLI::IsMember(names))
-      ->type_name("NAME");
+      ->check(CLI::IsMember(words))
+      ->type_name(shown);
 }
 
-CLI::App* add_list(CLI::App& app, Options& options) {
-  CLI::App* list = app.add_subcommand("list", "Show the images of PDF files and their properties");
+void add_list(CLI::App& app, Options& options) {
+  CLI::App* list = app.add_subcommand("list", "Shows the images of PDF files and their properties");
   add_common_options(*list, options);
   list->add_flag("--json", options.json, "One JSON object a line instead of a table");
-  list->footer(std::string(list_examples) + exit_codes);
-  return list;
+  list->callback([&options] { options.command = Command::list; });
 }
 
-CLI::App* add_extract(CLI::App& app, Options& options) {
-  CLI::App* extract = app.add_subcommand("extract", "Write the images of PDF files as bitmaps");
+void add_extract(CLI::App& app, Options& options) {
+  CLI::App* extract = app.add_subcommand("extract", "Writes the images of PDF files as bitmaps");
   add_common_options(*extract, options);
   extract
       ->add_option("-o,--output", options.output,
-                   "Folder for the files, made where it is missing;\n"
-                   "- writes a tar stream to standard output, with the\n"
-                   "JSON lines as its last member, index.jsonl")
+                   "Folder for the files, made where it is missing; - writes a tar stream to "
+                   "standard output, with the JSON lines as its last member, index.jsonl")
       ->required()
       ->type_name("DIR");
-  add_choice<FileFormat>(
-      *extract, "--format", "Format of the files (png)",
-      {{"png", FileFormat::png}, {"pam", FileFormat::pam}, {"pnm", FileFormat::pnm}},
-      options.format);
+  add_choice<FileFormat>(*extract, "--format", "Format of the files, see below (png)",
+                         {{"png", FileFormat::png},
+                          {"pam", FileFormat::pam},
+                          {"pnm", FileFormat::pnm},
+                          {"native", FileFormat::native}},
+                         options.format);
   add_choice<PictureKind>(*extract, "--kind", "Which bitmap of each image, see below (auto)",
                           {{"auto", PictureKind::automatic},
                            {"color", PictureKind::color},
@@ -119,24 +119,104 @@ CLI::App* add_extract(CLI::App& app, Options& options) {
                           options.kind);
   extract
       ->add_option("--cmyk-profile", options.cmyk_profile,
-                   "ICC profile that DeviceCMYK is converted by;\n"
-                   "output-intent takes the one in each document")
+                   "ICC profile that DeviceCMYK is converted by; output-intent takes the one in "
+                   "each document")
       ->type_name("FILE");
   extract->add_option("-j,--jobs", options.jobs, "Images decoded at a time (one a processor)")
       ->check(CLI::Range(0, 1024).description(""))
       ->type_name("N");
   extract->add_flag("--json", options.json,
-                    "One JSON object a line on standard output for every\nimage");
-  extract->footer(std::string(extract_examples) + exit_codes);
-  return extract;
+                    "One JSON object a line on standard output for every image");
+  extract->callback([&options] {
+    options.command = Command::extract;
+    const bool as_it_is =
+        options.kind == PictureKind::automatic || options.kind == PictureKind::mask;
+    if (options.format == FileFormat::native && !as_it_is) {
+      throw CLI::ValidationError("--format", "native is for --kind auto and mask");
+    }
+  });
+}
+
+OptionHelp help_of(const CLI::Option& option) {
+  OptionHelp help;
+  help.positional = option.get_positional();
+  if (help.positional) help.names.push_back(option.get_name(true));
+  for (const std::string& name : option.get_snames()) help.names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames()) help.names.push_back("--" + name);
+  // The type of a choice comes with its words once more.
+  if (option.get_items_expected() > 0) help.value = option.get_type_name();
+  help.value = help.value.substr(0, help.value.find(":{"));
+  help.text = option.get_description();
+  help.required = option.get_required();
+  help.common = option.get_group() == common_group;
+  return help;
+}
+
+CommandHelp help_of(const CLI::App& app) {
+  CommandHelp help;
+  if (app.get_parent() != nullptr) help.name = app.get_name();
+  help.text = app.get_description();
+  for (const CLI::Option* option : app.get_options()) {
+    if (!option->get_group().empty()) help.options.push_back(help_of(*option));
+  }
+  // What every call needs stands first, what few need last.
+  const auto rank = [](const OptionHelp& option) {
+    return option.positional ? 0 : option.names[0] == "-h" ? 2 : 1;
+  };
+  std::stable_sort(help.options.begin(), help.options.end(),
+                   [&](const OptionHelp& a, const OptionHelp& b) { return rank(a) < rank(b); });
+  help.sections = help_sections(help.name);
+  return help;
+}
+
+std::vector<CommandHelp> subcommands_of(const CLI::App& app) {
+  std::vector<CommandHelp> help;
+  for (const CLI::App* sub : app.get_subcommands([](const CLI::App*) { return true; })) {
+    help.push_back(help_of(*sub));
+  }
+  return help;
+}
+
+class HelpFormatter final : public CLI::Formatter {
+ public:
+  std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
+    return help_page(help_of(*app), subcommands_of(*app));
+  }
+};
+
+// A file that installing the program needs.
+std::string generated(const CLI::App& app, const std::string& what) {
+  std::vector<CommandHelp> commands = subcommands_of(app);
+  commands.insert(commands.begin(), help_of(app));
+  if (what == "man") return manual_page(commands, PDFBMP_VERSION);
+  return what == "bash" ? bash_completion(commands) : zsh_completion(commands);
+}
+
+void add_generate(CLI::App& app) {
+  const auto generate = [&app](const std::string& what) {
+    std::cout << generated(app, what) << std::flush;
+    throw CLI::Success();
+  };
+  app.add_option_function<std::string>("--generate", generate)
+      ->check(CLI::IsMember({"man", "bash", "zsh"}))
+      ->group("");
 }
 
 std::string version_text() {
   return "pdfbmp " PDFBMP_VERSION "\nCPU path: " + std::string(cpu_name(rows().cpu));
 }
 
-Outcome wrong_call(const char* reason, const CLI::App* list, const CLI::App* extract) {
-  const char* command = list->parsed() ? "list " : extract->parsed() ? "extract " : "";
+Outcome wrong_call(const CLI::App& app, const CLI::Error& error) {
+  const std::vector<CLI::App*> subs = app.get_subcommands();
+  std::string reason = error.what(), command;
+  if (!subs.empty()) {
+    command = subs[0]->get_name() + " ";
+  } else if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    reason.clear();
+    for (const CommandHelp& sub : subcommands_of(app)) {
+      reason += (reason.empty() ? "the first word must be " : " or ") + sub.name;
+    }
+  }
   std::cerr << "pdfbmp: " << reason << "\nTry 'pdfbmp " << command << "--help'.\n";
   return Outcome::usage;
 }
@@ -144,13 +224,14 @@ Outcome wrong_call(const char* reason, const CLI::App* list, const CLI::App* ext
 }  // namespace
 
 std::optional<Outcome> parse_options(int argc, const char* const* argv, Options& options) {
-  CLI::App app("Turns the images of PDF files into bitmaps.", "pdfbmp");
+  CLI::App app("Turns the images of PDF files into bitmaps", "pdfbmp");
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.set_help_flag("-h,--help", "Show this text");
   app.set_version_flag("--version", version_text, "Show the version and the CPU path in use");
   app.require_subcommand(1);
-  app.get_formatter()->column_width(27);
-  app.footer(std::string(main_examples) + exit_codes);
-  const CLI::App* list = add_list(app, options);
-  const CLI::App* extract = add_extract(app, options);
+  add_list(app, options);
+  add_extract(app, options);
+  add_generate(app);
   try {
     app.parse(argc, argv);
     if (options.first_page > options.last_page) {
@@ -159,13 +240,8 @@ std::optional<Outcome> parse_options(int argc, const char* const* argv, Options&
   } catch (const CLI::Success& done) {
     app.exit(done);
     return Outcome::ok;
-  } catch (const CLI::RequiredError& error) {
-    const bool command_is_missing = app.get_subcommands().empty();
-    return wrong_call(command_is_missing ? "the first word must be list or extract" : error.what(),
-                      list, extract);
   } catch (const CLI::Error& error) {
-    return wrong_call(error.what(), list, extract);
+    return wrong_call(app, error);
   }
-  options.command = list->parsed() ? Command::list : Command::extract;
   return std::nullopt;
 }

@@ -10,7 +10,7 @@
 #include "tools/pdfbmp/exit_code.h"
 
 enum class Command { list, extract };
-enum class FileFormat { png, pam, pnm };
+enum class FileFormat { png, pam, pnm, native };
 
 /// Which bitmap of an image is wanted.
 enum class PictureKind { automatic, color, gray, mask, mono };
@@ -20,6 +20,8 @@ struct Options {
   std::vector<std::string> files;  ///< "-" is standard input.
   int first_page = 1;
   int last_page = std::numeric_limits<int>::max();
+  std::vector<int> objects;           ///< Only images of these numbers; empty for all.
+  int min_width = 0, min_height = 0;  ///< Images below either are left out.
   std::string password;
   std::int64_t max_pixels = std::int64_t{1} << 30;
   bool json = false;

@@ -100,11 +100,12 @@ Row row_of(const CPDFFoundImage& found, int number) {
 
 }  // namespace
 
-std::string image_table(const std::vector<CPDFFoundImage>& images) {
+std::string image_table(const ChosenImages& chosen) {
   std::vector<Row> rows(1);
   for (std::size_t k = 0; k < column_count; ++k) rows[0][k] = columns[k].title;
-  const std::vector<int> numbers = number_images(images);
-  for (std::size_t i = 0; i < images.size(); ++i) rows.push_back(row_of(images[i], numbers[i]));
+  for (std::size_t i = 0; i < chosen.images.size(); ++i) {
+    rows.push_back(row_of(chosen.images[i], chosen.numbers[i]));
+  }
 
   std::array<std::size_t, column_count> widths = {};
   for (const Row& row : rows) {

@@ -2,9 +2,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "pdf/doc/found_image.h"
+#include "tools/pdfbmp/chosen_images.h"
 
 /// The images of a file as a table for people, a line an image, columns aligned.
-std::string image_table(const std::vector<CPDFFoundImage>& images);
+std::string image_table(const ChosenImages& chosen);

@@ -9,11 +9,14 @@ struct Jbig2Segment {
   std::size_t bytes = 0;  ///< Header and data; what there is of it, where it is cut.
   bool whole = false;
   int type = -1;
+  std::uint32_t number = 0;
+  std::uint32_t page = 0;  ///< That it belongs to; 0 for what every page may use.
   const unsigned char* data = nullptr;
   std::size_t data_bytes = 0;
 
   bool is_page() const { return type == 48; }
   bool is_end_of_page() const { return type == 49; }
+  bool is_end_of_file() const { return type == 51; }
   /// It draws on the page.
   bool is_drawn_region() const;
 };

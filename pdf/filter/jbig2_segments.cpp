@@ -1,5 +1,22 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "tools/pdfbmp-jbig2/segments.h"
+#include "pdf/filter/jbig2_segments.h"
+
+namespace {
+
+// Where the data of a generic region of unknown length ends (T.88, 7.2.7): a marker that cannot
+// stand in coded data, and the number of rows. All of it where there is no marker.
+std::size_t find_end(const unsigned char* data, std::size_t size) {
+  if (size < 18) return size;
+  const bool is_mmr = (data[17] & 1) != 0;
+  const bool first_template = (data[17] & 6) == 0;
+  const unsigned char first = is_mmr ? 0x00 : 0xFF, second = is_mmr ? 0x00 : 0xAC;
+  for (std::size_t at = 18 + (is_mmr ? 0U : first_template ? 8U : 2U); at + 6 <= size; ++at) {
+    if (data[at] == first && data[at + 1] == second) return at + 6;
+  }
+  return size;
+}
+
+}  // namespace
 
 bool Jbig2Segment::is_drawn_region() const {
   switch (type) {
@@ -35,16 +52,23 @@ Jbig2Segment read_segment(const unsigned char* bytes, std::size_t size) {
     at = 9 + static_cast<std::size_t>(references / 8) + 1;
   }
   at += static_cast<std::size_t>(references) * (own <= 256 ? 1U : own <= 65536 ? 2U : 4U);
-  at += (flags & 0x40) != 0 ? 4 : 1;  // The page.
+  const std::size_t page_bytes = (flags & 0x40) != 0 ? 4 : 1;
+  segment.number = static_cast<std::uint32_t>(own);
+  segment.page = static_cast<std::uint32_t>(number(at, page_bytes));
+  at += page_bytes;
   const std::uint64_t length = number(at, 4);
   at += 4;
   if (at > size) return segment;
   segment.type = static_cast<int>(flags & 0x3F);
   segment.data = bytes + at;
   segment.data_bytes = size - at;
-  // A length that is not known goes to the end, where the decoder finds it.
-  segment.whole = length == 0xFFFFFFFF || length <= size - at;
-  if (length < segment.data_bytes) segment.data_bytes = static_cast<std::size_t>(length);
+  if (length == 0xFFFFFFFF) {
+    segment.whole = true;
+    segment.data_bytes = find_end(segment.data, segment.data_bytes);
+  } else {
+    segment.whole = length <= segment.data_bytes;
+    if (segment.whole) segment.data_bytes = static_cast<std::size_t>(length);
+  }
   segment.bytes = at + segment.data_bytes;
   return segment;
 }

@@ -1,0 +1,19 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pdf/doc/document.h"
+#include "tools/pdfbmp/messages.h"
+#include "tools/pdfbmp/options.h"
+
+struct ChosenImages {
+  std::vector<CPDFFoundImage> images;
+  std::vector<int> numbers;  ///< Of each image, from 1, among all on the first page that uses it.
+};
+
+/// The images of a file that the options ask for: pages, objects, size. Says where an object is no
+/// image of those pages.
+ChosenImages choose_images(CPDFDocument& document, const std::string& file, const Options& options,
+                           Messages& messages);
