@@ -2,20 +2,11 @@
 #pragma once
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <sys/wait.h>
 #include <vector>
 
 #include "tests/support/temporary_folder.h"
-
-inline std::string file_content(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void write_file(const std::filesystem::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
 
 struct ProgramRun {
   int exit_code = -1;  ///< That of a shell: above 128 where it died of a signal.

@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -25,3 +27,10 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
+
+inline std::string file_content(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void write_file(const std::filesystem::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }

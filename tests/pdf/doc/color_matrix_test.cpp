@@ -65,16 +65,19 @@ Space indexed_over(const Space& base) {
   return {"Indexed over " + base.name, "[/Indexed " + base.entry + " 255 <" + encoders::encode_ascii_hex(table) + "]", {0, 255}, rgb};
 }
 
-/// The streams come first in the file: the profiles are objects 3 to 7.
-void add_profiles(PdfBuilder& pdf, const std::string& lab) {
+const std::string lab = "[/Lab << /WhitePoint [0.9642 1 0.8249] /Range [-60 70 -80 50] >>]";
+
+/// What the spaces refer to comes first in the file, from object 3 on.
+PdfBuilder with_parts_of_spaces() {
+  PdfBuilder pdf;
   pdf.add_stream("/N 1", gray_profile(1.8));
   pdf.add_stream("/N 3", rgb_profile(1.8));
   pdf.add_stream("/N 3 /Alternate " + lab, rgb_profile(1.8).substr(0, 200));
   pdf.add_stream("/N 4", "no profile");
   pdf.add_stream("/N 1", rgb_profile(1.8));
+  pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1 0 1] /Range [0 1 0 1 0 1 0 1]", "{ exch 0 }");
+  return pdf;
 }
-
-const std::string lab = "[/Lab << /WhitePoint [0.9642 1 0.8249] /Range [-60 70 -80 50] >>]";
 
 std::vector<Space> all_spaces() {
   const Values one = {0, 1}, three = {0, 1, 0, 1, 0, 1}, four = {0, 1, 0, 1, 0, 1, 0, 1}, lab_range = {0, 100, -60, 70, -80, 50};
@@ -113,19 +116,33 @@ struct Coded {
   bool transformed;  ///< The samples are YCC or YCCK.
 };
 
+/// An Adobe marker tells of the transform, then ColorTransform, then the components.
+const struct {
+  J_COLOR_SPACE space;
+  int adobe, parameter;
+  bool transformed;
+} jpegs[] = {
+    {JCS_GRAYSCALE, -1, -1, false}, {JCS_GRAYSCALE, -1, 1, false}, {JCS_YCbCr, -1, -1, true}, {JCS_YCbCr, -1, 0, false},
+    {JCS_YCbCr, -1, 1, true},       {JCS_YCbCr, 0, 1, false},      {JCS_YCbCr, 0, -1, false}, {JCS_YCbCr, 1, 0, true},
+    {JCS_RGB, -1, -1, false},       {JCS_RGB, -1, 1, true},        {JCS_RGB, 0, -1, false},   {JCS_CMYK, -1, -1, false},
+    {JCS_CMYK, 0, -1, false},       {JCS_CMYK, 0, 1, false},       {JCS_YCCK, -1, 1, true},   {JCS_YCCK, -1, 0, false},
+    {JCS_YCCK, 2, -1, true},        {JCS_YCCK, 2, 0, true},
+};
+
 std::vector<Coded> codings(int n) {
   std::string samples;
   for (int i = 0; i < width * height * n; ++i) samples += static_cast<char>(stored(i / n % width, i / n / width, i % n));
-  std::vector<Coded> coded = {{"FlateDecode", encoders::deflate(samples), false}};
-  for (const int adobe : {-1, 0, 1, 2}) {
-    const encoders::Jpeg jpeg = {n == 1 ? JCS_GRAYSCALE : n == 3 ? JCS_YCbCr : JCS_YCCK, adobe, width, height};
-    coded.push_back({"DCTDecode", encoders::encode_jpeg(jpeg, stored), n == 3 ? adobe != 0 : n == 4 && adobe > 0});
+  const encoders::jpx::Picture picture = {std::vector<encoders::jpx::Component>(static_cast<std::size_t>(n)), width, height};
+  std::vector<Coded> coded = {
+      {"/FlateDecode", encoders::deflate(samples), false},
+      {"/JPXDecode", encoders::encode_jpx(picture, [](int c, int x, int y) { return stored(x, y, c); }), false},
+  };
+  for (const auto& [space, adobe, parameter, transformed] : jpegs) {
+    const encoders::Jpeg jpeg = {space, adobe, width, height};
+    if (components_of(jpeg) != n) continue;
+    const std::string parms = parameter < 0 ? "" : " /DecodeParms << /ColorTransform " + std::to_string(parameter) + " >>";
+    coded.push_back({"/DCTDecode" + parms, encode_jpeg(jpeg, stored), transformed});
   }
-  encoders::jpx::Picture picture;
-  picture.components.resize(static_cast<std::size_t>(n));
-  picture.width = width;
-  picture.height = height;
-  coded.push_back({"JPXDecode", encoders::encode_jpx(picture, [](int c, int x, int y) { return stored(x, y, c); }), false});
   return coded;
 }
 
@@ -160,36 +177,27 @@ void expect_colors(CPDFRasterReader& picture, const Space& space, const Values& 
 }
 
 TEST(ColorMatrix, EveryPixelIsAsTheStandardsSay) {
-  std::map<int, std::vector<Coded>> coded;
-  for (const int n : {1, 3, 4}) coded[n] = codings(n);
+  std::map<std::size_t, std::vector<Coded>> coded;
+  for (const int n : {1, 3, 4}) coded[static_cast<std::size_t>(n) * 2] = codings(n);
   for (const Space& space : all_spaces()) {
     for (const bool inverted : {false, true}) {
       Values decode = space.range;
       std::string entry;
       for (std::size_t i = 0; inverted && i < decode.size(); i += 2) std::swap(decode[i], decode[i + 1]);
       for (const double v : decode) entry += std::to_string(static_cast<int>(v)) + " ";
-      if (inverted) entry = "/Decode [" + entry + "]";
-      for (const Coded& codec : coded[static_cast<int>(decode.size() / 2)]) {
-        const bool jpx = codec.filter == "JPXDecode";
-        SCOPED_TRACE(space.name + " " + codec.filter + (codec.transformed ? " transformed" : "") + (inverted ? " inverted" : ""));
-        PdfBuilder pdf;
-        add_profiles(pdf, lab);
-        pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1 0 1] /Range [0 1 0 1 0 1 0 1]", "{ exch 0 }");
-        const int image = pdf.add_stream("/Subtype /Image /Width 64 /Height 48 /BitsPerComponent 8 /ColorSpace " + space.entry +
-                                             " /Filter /" + codec.filter + (inverted ? entry : ""),
-                                         codec.data);
-        pdf.add_page("/XObject << /Im " + PdfBuilder::ref(image) + " >>", "/Im Do");
+      if (inverted) entry = " /Decode [" + entry + "]";
+      for (const Coded& codec : coded[decode.size()]) {
+        SCOPED_TRACE(space.name + codec.filter + (codec.transformed ? " transformed" : "") + (inverted ? " inverted" : ""));
+        PdfBuilder pdf = with_parts_of_spaces();
+        const std::string entries = "/BitsPerComponent 8 /ColorSpace " + space.entry + " /Filter " + codec.filter;
+        pdf.add_page_with({pdf.add_image(width, height, entries + (inverted ? entry : ""), codec.data)});
         const auto document = open_bytes(pdf.finish());
-        ASSERT_NE(document, nullptr);
         const CPDFFoundImage found = all_images(*document).at(0);
         std::string problem;
         const auto picture = pdfbmp::open_picture(document->load_image(found), found, 1 << 20, problem);
-        if (picture == nullptr) {
-          ADD_FAILURE() << problem;
-          continue;
-        }
+        ASSERT_NE(picture, nullptr) << problem;
         // Decode is nothing to a JPEG 2000 image that is no mask (ISO 32000-1, 7.4.9).
-        expect_colors(*picture, space, jpx ? space.range : decode, codec.transformed);
+        expect_colors(*picture, space, codec.filter == "/JPXDecode" ? space.range : decode, codec.transformed);
       }
     }
   }

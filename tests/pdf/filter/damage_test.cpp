@@ -7,7 +7,6 @@
 #include "pdf/filter/jbig2_helper.h"
 #include "tests/pdf/filter/jbig2_builder.h"
 #include "tests/pdf/filter/samples.h"
-#include "tests/support/pdf_text.h"
 
 namespace filter_test {
 namespace {
@@ -23,25 +22,19 @@ struct Format {
   std::size_t header = 0;              ///< Bytes before a group's data that place it: they are not changed.
 };
 
-CPDFFilterSetup setup_of(const Format& format, CPDFObjHolder& parms) {
-  testing_support::parse_pdf(format.parms, parms);
-  CPDFFilterSetup setup;
-  setup.parms = parms.dict();
-  return setup;
-}
-
 /// How many decoded bytes depend on none of the data from `at` on.
-std::size_t sound_bytes(const Format& format, const CPDFFilterSetup& setup, std::size_t at) {
+std::size_t sound_bytes(const Format& format, std::size_t at) {
   const auto& ends = format.ends;
   if (!ends.empty()) return format.group * static_cast<std::size_t>(std::upper_bound(ends.begin(), ends.end(), at) - ends.begin());
-  const std::size_t size = decode(format.filter, format.encoded.substr(0, at), setup).bytes.size();
+  const std::size_t size = decode(format.filter, format.encoded.substr(0, at), {format.parms}).bytes.size();
   return size - std::min(size, format.unsure);
 }
 
 Format fax(const char* name, const char* parms, const FaxOptions& options, std::size_t told) {
   FaxRows rows;
-  for (std::size_t y = 0; y < 60; ++y)
-    rows.push_back(std::string(40 + y % 7 * 3, '0') + std::string(60, '1') + std::string(100 - y % 7 * 3, '0'));
+  for (std::size_t y = 0, left = 40; y < 60; ++y, left = 40 + y % 7 * 3) {
+    rows.push_back(std::string(left, '0') + std::string(60, '1') + std::string(140 - left, '0'));
+  }
   std::vector<std::size_t> begins;
   Format format = {name, "CCF", parms, encode_fax(rows, options, &begins), told};
   for (std::size_t y = 1; y < 60; ++y) format.ends.push_back((begins[y] + 7) / 8);
@@ -57,10 +50,8 @@ std::string jpeg(unsigned restart_rows) {
 Format tiles() {
   Format format = {"JPX", "JPXDecode", "<<>>",
                    encode_jpx({{{}, {}, {}}, 16, 160, 16}, [](int c, int x, int y) { return (x * 7 + y * y + c * 50) % 256; }), 0};
-  const std::string tile_begin = "\xFF\x90";
-  for (std::size_t at = format.encoded.find(tile_begin); (at = format.encoded.find(tile_begin, at + 1)) != std::string::npos;) {
-    format.ends.push_back(at);
-  }
+  std::size_t at = format.encoded.find("\xFF\x90");
+  while ((at = format.encoded.find("\xFF\x90", at + 1)) != std::string::npos) format.ends.push_back(at);
   format.group = 16 * 16 * 3, format.header = 14;
   return format;
 }
@@ -80,9 +71,6 @@ Format stripes() {
 /// Every filter that decodes.
 std::vector<Format> formats() {
   const std::string bytes = sample_bytes(150000, 1);
-  FaxOptions t6, lines, mixed;
-  t6.k = -1;
-  mixed.k = 2, mixed.end_of_line = true;
   std::vector<Format> all = {
       {"Flate", "Fl", "<<>>", deflate(bytes), 100},
       {"predictor", "Fl", "<</Predictor 15/Columns 100>>", deflate(png_predict(bytes, 100, 1, 5)), 100},
@@ -90,9 +78,9 @@ std::vector<Format> formats() {
       {"RunLength", "RL", "<<>>", encode_run_length(bytes)},
       {"ASCII85", "A85", "<<>>", encode_ascii85(bytes), 60, 4},
       {"ASCIIHex", "AHx", "<<>>", encode_ascii_hex(bytes), 60, 1},
-      fax("T.6", "<</K -1/Columns 200/Rows 60>>", t6, 80),
-      fax("T.4", "<</Columns 200/Rows 60>>", lines, 90),
-      fax("T.4 mixed", "<</K 2/Columns 200/Rows 60>>", mixed, 90),
+      fax("T.6", "<</K -1/Columns 200/Rows 60>>", {-1}, 80),
+      fax("T.4", "<</Columns 200/Rows 60>>", {}, 90),
+      fax("T.4 mixed", "<</K 2/Columns 200/Rows 60>>", {2, true}, 90),
       {"DCT", "DCT", "<<>>", jpeg(0), 5},
       {"DCT with restarts", "DCT", "<<>>", jpeg(1), 35},
       tiles(),
@@ -104,48 +92,70 @@ std::vector<Format> formats() {
   return all;
 }
 
-// Data that is cut gives what decodes before the cut, and the report tells.
-TEST(Damage, CutDataGivesWhatCameBefore) {
-  for (const Format& format : formats()) {
-    CPDFObjHolder parms;
-    const CPDFFilterSetup setup = setup_of(format, parms);
-    const Decoded whole = decode(format.filter, format.encoded, setup);
-    EXPECT_FALSE(whole.report.damaged) << format.name << ": " << whole.report.problem;
-    for (const std::size_t percent : {10U, 50U, 90U}) {
-      SCOPED_TRACE(testing::Message() << format.name << " cut at " << percent << " %");
-      const std::size_t at = format.encoded.size() * percent / 100;
-      const Decoded cut = decode(format.filter, format.encoded.substr(0, at), setup, 999);
-      const std::size_t sound = sound_bytes(format, setup, at);
-      EXPECT_TRUE(cut.report.damaged);
-      EXPECT_FALSE(cut.report.problem.empty());
-      EXPECT_GE(sound * 100 + whole.bytes.size() * 30, whole.bytes.size() * percent);
-      EXPECT_TRUE(cut.bytes.starts_with(whole.bytes.substr(0, sound)));
-    }
-  }
-}
-
-// A changed byte leaves alone what depends on the bytes before it only. A checksum tells of each, a
-// format with codes that do not exist of some: else one good code has become another.
-TEST(Damage, ChangedBytesLeaveWhatCameBefore) {
+// Data that is cut gives what decodes before the cut, and the report tells. A changed byte leaves
+// alone what depends on the bytes before it only; a checksum tells of each, a format with codes that
+// do not exist of some: else one good code has become another.
+TEST(Damage, LeavesWhatCameBefore) {
   for (const Format& format : formats()) {
     SCOPED_TRACE(format.name);
-    CPDFObjHolder parms;
-    const CPDFFilterSetup setup = setup_of(format, parms);
-    const std::string whole = decode(format.filter, format.encoded, setup).bytes;
+    const std::size_t size = format.encoded.size();
+    const Decoded whole = decode(format.filter, format.encoded, {format.parms});
+    EXPECT_FALSE(whole.report.damaged) << whole.report.problem;
+    const auto decode_bad = [&](const std::string& bad, std::size_t sound) {
+      const Decoded decoded = decode(format.filter, bad, {format.parms, "", 999});
+      EXPECT_TRUE(decoded.bytes.starts_with(whole.bytes.substr(0, sound))) << sound;
+      return decoded.report;
+    };
+    for (const std::size_t percent : {10U, 50U, 90U}) {
+      const std::size_t at = size * percent / 100, sound = sound_bytes(format, at);
+      EXPECT_GE(sound * 100 + whole.bytes.size() * 30, whole.bytes.size() * percent);
+      const CPDFDecodeReport report = decode_bad(format.encoded.substr(0, at), sound);
+      EXPECT_TRUE(report.damaged && !report.problem.empty()) << percent;
+    }
     std::size_t told = 0, changes = 0;
-    for (std::size_t at = 2; at < format.encoded.size(); at += 1 + format.encoded.size() / 67) {
+    for (std::size_t at = 2; at < size; at += 1 + size / 67) {
       const auto next = std::upper_bound(format.ends.begin(), format.ends.end(), at);
       if (next == format.ends.begin() ? format.header > 0 : at < *(next - 1) + format.header) continue;
-      const std::size_t sound = sound_bytes(format, setup, at);
+      const std::size_t sound = sound_bytes(format, at);
       for (const int change : {1, 128, 255}) {
         std::string bad = format.encoded;
         bad[at] = static_cast<char>(bad[at] ^ change);
-        const Decoded decoded = decode(format.filter, bad, setup, 1000);
-        EXPECT_TRUE(decoded.bytes.starts_with(whole.substr(0, sound))) << at << ' ' << change;
-        ++changes, told += decoded.report.damaged ? 1 : 0;
+        told += std::size_t{decode_bad(bad, sound).damaged};
+        ++changes;
       }
     }
     EXPECT_GE(told * 100, changes * format.told);
+  }
+}
+
+// The size in the image's dictionary wins over the codec's: rows are cut or filled up with zeros
+// (with white, where they are bits), and only rows that are missing are damage.
+TEST(DeclaredSize, Wins) {
+  const struct {
+    std::string name;
+    int width, height, bits;
+  } sizes[] = {{"DCT", 40, 48, 24}, {"JPX", 16, 160, 24}, {"JBIG2", 48, 30, 1}};
+  for (const Format& format : formats()) {
+    const auto size = std::find_if(std::begin(sizes), std::end(sizes), [&](const auto& one) { return one.name == format.name; });
+    if (size == std::end(sizes)) continue;
+    const auto& [name, width, height, bits] = *size;
+    const std::string rows = decode(format.filter, format.encoded).bytes;
+    std::string open_height = format.encoded;
+    if (name == "DCT") open_height.replace(open_height.find("\xFF\xC0") + 5, 2, 2, '\0');
+    for (const std::string& encoded : {format.encoded, open_height}) {
+      for (const auto& [columns, lines] : {std::pair{width, height}, {width - 7, 20}, {width + 17, height}, {width, height + 9}}) {
+        SCOPED_TRACE(testing::Message() << name << ' ' << columns << 'x' << lines);
+        const auto row_bytes = static_cast<std::size_t>(width * bits / 8), bytes = static_cast<std::size_t>((columns * bits + 7) / 8);
+        std::string expected;
+        for (std::size_t y = 0; y < static_cast<std::size_t>(std::min(height, lines)); ++y) {
+          expected += rows.substr(y * row_bytes, std::min(row_bytes, bytes));
+          expected.resize((y + 1) * bytes, bits == 1 ? '\xFF' : '\0');
+        }
+        const Decoded decoded = decode(format.filter, encoded, {"", dict_of({{"Width", columns}, {"Height", lines}}), 7});
+        EXPECT_EQ(decoded.bytes, expected);
+        EXPECT_EQ(decoded.report.damaged, lines > height) << decoded.report.problem;
+      }
+    }
   }
 }
 

@@ -5,16 +5,14 @@
 
 #include "pdf/filter/filter_table.h"
 #include "pdf/obj/jpx_stream.h"
+#include "tests/support/pdf_text.h"
 
 namespace filter_test {
 
-Parms::Parms(std::initializer_list<std::pair<const char*, int>> entries) {
-  for (const auto& [key, value] : entries) dict.set(key)->set_int(value);
-}
-
-Parms& Parms::with_bool(const char* key, bool value) {
-  dict.set(key)->set_bool(value);
-  return *this;
+std::string dict_of(std::initializer_list<std::pair<const char*, int>> entries) {
+  std::string text = "<<";
+  for (const auto& [key, value] : entries) text += "/" + std::string(key) + " " + std::to_string(value);
+  return text + ">>";
 }
 
 std::unique_ptr<CPDFStream> stream_over(const std::string& bytes) {
@@ -23,23 +21,27 @@ std::unique_ptr<CPDFStream> stream_over(const std::string& bytes) {
   return std::make_unique<CPDFStream>(data, static_cast<int>(bytes.size()), 1);
 }
 
-std::string read_all(CPDFStream& stream, int piece, std::size_t most) {
-  std::string all;
-  std::string buffer(static_cast<std::size_t>(piece), '\0');
-  for (;;) {
-    const int n = stream.read_block(buffer.data(), piece);
+std::string read_all(CPDFStream& stream, int piece) {
+  std::string all, buffer(static_cast<std::size_t>(piece), '\0');
+  for (int n; (n = stream.read_block(buffer.data(), piece)) != 0;) {
     if (n < 0 || n > piece) std::abort();  // The contract of read_block is broken.
     all.append(buffer, 0, static_cast<std::size_t>(n));
-    if (n == 0 || all.size() > most) return all;
   }
+  return all;
 }
 
-Decoded decode(const char* filter, const std::string& encoded, CPDFFilterSetup setup, int piece) {
-  Decoded decoded;
+Decoded decode(const char* filter, const std::string& encoded, const Setting& setting) {
+  CPDFObjHolder parms, image;
+  testing_support::parse_pdf(setting.parms, parms);
+  testing_support::parse_pdf(setting.image, image);
+  CPDFFilterSetup setup;
+  setup.parms = parms.dict(), setup.image = image.dict();
+  setup.xref = setting.xref, setup.limits = setting.limits;
   setup.report = std::make_shared<CPDFDecodeReport>();
+  Decoded decoded;
   const auto stream = pdfbmp::find_filter(filter)->make(stream_over(encoded), setup);
   decoded.made = stream != nullptr;
-  if (decoded.made) decoded.bytes = read_all(*stream, piece);
+  if (decoded.made) decoded.bytes = read_all(*stream, setting.piece);
   if (auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get())) {
     decoded.components = jpx->comp_count;
     decoded.alpha_channel = jpx->alpha_channel;
@@ -48,13 +50,6 @@ Decoded decode(const char* filter, const std::string& encoded, CPDFFilterSetup s
   }
   decoded.report = *setup.report;
   return decoded;
-}
-
-Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms, int piece, const CPDFDictionary* image) {
-  CPDFFilterSetup setup;
-  setup.parms = parms;
-  setup.image = image;
-  return decode(filter, encoded, setup, piece);
 }
 
 std::string sample_bytes(std::size_t n, std::uint32_t seed) {

@@ -9,7 +9,6 @@
 
 #include "examples/encoders/encoders.h"
 #include "pdf/filter/filter.h"
-#include "pdf/obj/object.h"
 
 // What the tests of the filters share: dictionaries in a line, streams over strings and readers.
 
@@ -17,12 +16,12 @@ namespace filter_test {
 
 using namespace encoders;
 
-/// A dictionary of integers, for the parameters of a filter.
-class Parms {
- public:
-  Parms(std::initializer_list<std::pair<const char*, int>> entries);
-  Parms& with_bool(const char* key, bool value);
-  CPDFDictionary dict;
+/// How a filter is run.
+struct Setting {
+  std::string parms = {}, image = {};  ///< Dictionaries as PDF text; none where they are empty.
+  int piece = 1 << 16;                 ///< Bytes a read.
+  CPDFXRefTable* xref = nullptr;
+  CPDFFilterLimits limits = {};
 };
 
 /// What came of a stream that was read to its end.
@@ -34,16 +33,16 @@ struct Decoded {
   CPDFDecodeReport report;
 };
 
-/// Decodes `encoded` with one filter, in reads of `piece` bytes. `parms` and `image` may be null.
-Decoded decode(const char* filter, const std::string& encoded, CPDFFilterSetup setup, int piece = 1 << 16);
-Decoded decode(const char* filter, const std::string& encoded, const CPDFDictionary* parms = nullptr, int piece = 1 << 16,
-               const CPDFDictionary* image = nullptr);
+Decoded decode(const char* filter, const std::string& encoded, const Setting& setting = {});
+
+/// The text of a dictionary of integers.
+std::string dict_of(std::initializer_list<std::pair<const char*, int>> entries);
 
 /// A stream over bytes that outlive it.
 std::unique_ptr<CPDFStream> stream_over(const std::string& bytes);
 
-/// Reads to the end in reads of `piece` bytes; a stream that gives more than `most` is cut there.
-std::string read_all(CPDFStream& stream, int piece, std::size_t most = std::size_t{1} << 28);
+/// Reads to the end in reads of `piece` bytes.
+std::string read_all(CPDFStream& stream, int piece);
 
 /// `n` bytes with runs, gradients and noise, the same for a seed.
 std::string sample_bytes(std::size_t n, std::uint32_t seed);
