@@ -1,6 +1,9 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "bench/cmyk_profile.h"
 
+#include <cmath>
+
+#include "examples/encoders/profiles.h"
 #include "pdf/cs/device_cmyk.h"
 
 namespace {
@@ -8,58 +11,20 @@ namespace {
 constexpr cmsUInt32Number nodes = 17;
 constexpr cmsUInt32Number conversion = cmsFLAGS_BLACKPOINTCOMPENSATION;
 
-/// Samples the formula: four inks in 16 bits to Lab in 16 bits.
-cmsInt32Number sample(const cmsUInt16Number inks[], cmsUInt16Number lab[], void* to_lab) {
+std::array<double, 3> by_formula(const std::array<double, 4>& inks) {
   PDF_COLOR color = {};
-  for (int i = 0; i < 4; ++i) color.val[i] = (inks[i] + 128) / 257;
-  CPDFCSDeviceCMYK formula;
+  for (std::size_t i = 0; i < 4; ++i) color.val[i] = static_cast<int>(std::lround(inks[i] * 255));
   _KXRGBA pixel;
-  formula.get_rgb(color, pixel);
-  const unsigned char rgb[3] = {pixel.r, pixel.g, pixel.b};
-  cmsDoTransform(to_lab, rgb, lab, 1);
-  return TRUE;
-}
-
-/// Adds the table from device to Lab to an empty profile.
-bool write_table(cmsHPROFILE profile) {
-  cmsHPROFILE srgb = cmsCreate_sRGBProfile(), lab = cmsCreateLab2Profile(nullptr);
-  cmsHTRANSFORM to_lab = cmsCreateTransform(srgb, TYPE_RGB_8, lab, TYPE_LabV2_16,
-                                            INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE);
-  cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 4, 3);
-  cmsStage* table = cmsStageAllocCLut16bit(nullptr, nodes, 4, 3, nullptr);
-  const bool ok = to_lab && pipeline && table &&
-                  cmsStageSampleCLut16bit(table, sample, to_lab, 0) &&
-                  cmsPipelineInsertStage(pipeline, cmsAT_BEGIN, table) &&
-                  cmsWriteTag(profile, cmsSigAToB0Tag, pipeline) &&
-                  cmsWriteTag(profile, cmsSigAToB1Tag, pipeline);
-  if (pipeline) cmsPipelineFree(pipeline);
-  if (to_lab) cmsDeleteTransform(to_lab);
-  cmsCloseProfile(srgb);
-  cmsCloseProfile(lab);
-  return ok;
+  CPDFCSDeviceCMYK().get_rgb(color, pixel);
+  return {pixel.r / 255.0, pixel.g / 255.0, pixel.b / 255.0};
 }
 
 }  // namespace
 
 cmsHPROFILE make_cmyk_profile() {
-  cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
-  if (!profile) return nullptr;
-  cmsSetProfileVersion(profile, 2.1);  // whose tables need no curves round them
-  cmsSetDeviceClass(profile, cmsSigOutputClass);
-  cmsSetColorSpace(profile, cmsSigCmykData);
-  cmsSetPCS(profile, cmsSigLabData);
-  const bool ok = write_table(profile);
   // Through its bytes, as a profile in a file would come.
-  cmsUInt32Number size = 0;
-  cmsHPROFILE read = nullptr;
-  if (ok && cmsSaveProfileToMem(profile, nullptr, &size)) {
-    std::vector<char> bytes(size);
-    if (cmsSaveProfileToMem(profile, bytes.data(), &size)) {
-      read = cmsOpenProfileFromMem(bytes.data(), size);
-    }
-  }
-  cmsCloseProfile(profile);
-  return read;
+  const std::string bytes = encoders::cmyk_profile(nodes, by_formula);
+  return cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
 }
 
 cmsHTRANSFORM make_cmyk_transform(cmsHPROFILE profile) {

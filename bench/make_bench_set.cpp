@@ -12,7 +12,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <lcms2.h>
 #include <string>
 #include <vector>
 #include <zlib.h>
@@ -22,6 +21,7 @@
 #include "examples/encoders/fax_encoder.h"
 #include "examples/encoders/jpeg_encoder.h"
 #include "examples/encoders/jpx_encoder.h"
+#include "examples/encoders/profiles.h"
 #include "tests/support/pdf_builder.h"
 
 namespace {
@@ -133,19 +133,7 @@ std::string soft_masked() {
 
 /// A matrix profile of wide primaries and a plain gamma, which is not sRGB's curve.
 std::string wide_profile() {
-  const cmsCIExyY white = {0.3127, 0.3290, 1};
-  const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}};
-  cmsToneCurve* gamma = cmsBuildGamma(nullptr, 2.2);
-  cmsToneCurve* curves[] = {gamma, gamma, gamma};
-  cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
-  cmsSetProfileVersion(profile, 2.1);
-  cmsUInt32Number size = 0;
-  cmsSaveProfileToMem(profile, nullptr, &size);
-  std::string bytes(size, '\0');
-  cmsSaveProfileToMem(profile, bytes.data(), &size);
-  cmsCloseProfile(profile);
-  cmsFreeToneCurve(gamma);
-  return bytes;
+  return encoders::rgb_profile(2.2, {{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}});
 }
 
 std::string icc_rgb() {

@@ -22,7 +22,7 @@ TEST(IccBased, FallsBackToAlternateAndThenToTheDeviceSpace) {
   xref.add_stream(9, "<</N 3 /Alternate /DeviceGray>>", "broken");
   xref.add_stream(10, "<</N 2 /Alternate /DeviceGray>>", "broken");
   xref.add_stream(11, "<</N 3 /Alternate [/ICCBased 11 0 R]>>", "broken");
-  xref.add_stream(12, "<</N 3>>", srgb_profile());
+  xref.add_stream(12, "<</N 3>>", encoders::srgb_profile());
   xref.add_stream(13, "<</Alternate /DeviceCMYK>>", "broken");
   xref.add_stream(14, "<</N 3>>", cmyk);
   xref.add(15, "<</N 3>>");
@@ -46,9 +46,9 @@ TEST(IccBased, ConvertsByTheProfile) {
   xref.add_stream(1, "<</N 3>>", rgb_profile(1.8));
   xref.add_stream(2, "<</N 1>>", gray_profile(1.8));
   xref.add_stream(3, "<</N 4>>", cmyk_profile());
-  xref.add_stream(4, "<</N 3>>", srgb_profile());
-  xref.add_stream(5, "<</N 3 /Range [0 100 -128 127 -128 127]>>", lab_profile());
-  xref.add_stream(6, "<</N 3 /Range [0 0.5 0 1 0 1]>>", srgb_profile());
+  xref.add_stream(4, "<</N 3>>", encoders::srgb_profile());
+  xref.add_stream(5, "<</N 3 /Range [0 100 -128 127 -128 127]>>", encoders::lab_profile());
+  xref.add_stream(6, "<</N 3 /Range [0 0.5 0 1 0 1]>>", encoders::srgb_profile());
   const auto icc = [&](int object) { return space_of("[/ICCBased " + std::to_string(object) + " 0 R]", &xref); };
   const auto rgb = icc(1), gray = icc(2), cmyk = icc(3), srgb = icc(4), lab = icc(5), half = icc(6);
   const auto curve = [](int v) { return srgb_encode(std::pow(v / 255.0, 1.8)); };
