@@ -13,33 +13,28 @@
 #include "pdf/cs/device_gray.h"
 #include "pdf/cs/device_rgb.h"
 #include "tests/pdf/cs/grid_table.h"
+#include "tests/support/color_runs.h"
 
 namespace {
 
-PDF_COLOR color_of(std::array<int, 4> values) {
-  PDF_COLOR color;
-  for (int i = 0; i < 16; ++i) color.val[i] = i < 4 ? values[static_cast<size_t>(i)] : 1000 + i;
+using namespace testing_support;
+
+/// Components past the space's own hold values that must not matter, and that get_cmyk leaves.
+PDF_COLOR filled(const std::vector<int>& values) {
+  PDF_COLOR color = color_of(values);
+  for (int i = 4; i < 16; ++i) color.val[i] = 1000 + i;
   return color;
 }
 
-using Rgb = std::array<int, 3>;
-
-Rgb rgb_of(CPDFCSBase& cs, std::array<int, 4> values) {
-  _KXRGBA pixel = {1, 2, 3, 4};
-  cs.get_rgb(color_of(values), pixel);
-  EXPECT_EQ(pixel.a, 255);
-  return {pixel.r, pixel.g, pixel.b};
-}
-
-int gray_of(CPDFCSBase& cs, std::array<int, 4> values) {
+int gray_of(CPDFCSBase& cs, const std::vector<int>& values) {
   unsigned char gray = 77;
-  cs.get_gray(color_of(values), gray);
+  cs.get_gray(filled(values), gray);
   return gray;
 }
 
-std::array<int, 4> cmyk_of(CPDFCSBase& cs, std::array<int, 4> values) {
-  PDF_COLOR cmyk = color_of({-1, -1, -1, -1});
-  cs.get_cmyk(color_of(values), cmyk);
+std::vector<int> cmyk_of(CPDFCSBase& cs, const std::vector<int>& values) {
+  PDF_COLOR cmyk = filled({-1, -1, -1, -1});
+  cs.get_cmyk(filled(values), cmyk);
   for (int i = 4; i < 16; ++i) EXPECT_EQ(cmyk.val[i], 1000 + i);
   return {cmyk.val[0], cmyk.val[1], cmyk.val[2], cmyk.val[3]};
 }
@@ -53,21 +48,19 @@ TEST(DeviceColor, Gray) {
     SCOPED_TRACE(c.value);
     EXPECT_EQ(gray_of(cs, {c.value}), c.byte);
     EXPECT_EQ(rgb_of(cs, {c.value}), (Rgb{c.byte, c.byte, c.byte}));
-    EXPECT_EQ(cmyk_of(cs, {c.value}), (std::array{0, 0, 0, c.black}));
+    EXPECT_EQ(cmyk_of(cs, {c.value}), (std::vector{0, 0, 0, c.black}));
   }
 }
 
 TEST(DeviceColor, Rgb) {
   CPDFCSDeviceRGB cs;
   struct Case {
-    std::array<int, 4> rgb;
+    std::vector<int> rgb;
     int gray;
-    std::array<int, 4> cmyk;
-  } const cases[] = {
-      {{255, 0, 0}, 76, {0, 255, 255, 0}},  {{0, 255, 0}, 149, {255, 0, 255, 0}}, {{0, 0, 255}, 29, {255, 255, 0, 0}},
-      {{255, 255, 255}, 255, {0, 0, 0, 0}}, {{0, 0, 0}, 0, {0, 0, 0, 255}},       {{100, 150, 200}, 140, {100, 50, 0, 55}},
-      {{256, 0, 0}, 76, {0, 0, 0, 255}},    {{-1, 0, 0}, 255, {0, 255, 255, 0}},  {{INT_MAX, 0, 0}, 255, {0, 255, 255, 0}},
-  };
+    std::vector<int> cmyk;
+  } const cases[] = {{{255, 0, 0}, 76, {0, 255, 255, 0}},  {{0, 255, 0}, 149, {255, 0, 255, 0}}, {{0, 0, 255}, 29, {255, 255, 0, 0}},
+                     {{255, 255, 255}, 255, {0, 0, 0, 0}}, {{0, 0, 0}, 0, {0, 0, 0, 255}},       {{100, 150, 200}, 140, {100, 50, 0, 55}},
+                     {{256, 0, 0}, 76, {0, 0, 0, 255}},    {{-1, 0, 0}, 255, {0, 255, 255, 0}},  {{INT_MAX, 0, 0}, 255, {0, 255, 255, 0}}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.rgb[0]);
     EXPECT_EQ(gray_of(cs, c.rgb), c.gray);
@@ -80,22 +73,21 @@ TEST(DeviceColor, CmykByFormula) {
   CPDFCSDeviceCMYK cs;
   CPDFCSDeviceCMYKExt ext;
   struct Case {
-    std::array<int, 4> cmyk;
+    std::vector<int> cmyk;
     Rgb rgb;
     int gray;
   } const cases[] = {
       {{0, 0, 0, 0}, {254, 254, 254}, 255},  {{255, 0, 0, 0}, {0, 171, 237}, 179},    {{0, 255, 0, 0}, {234, 0, 138}, 106},
       {{0, 0, 255, 0}, {254, 241, 0}, 226},  {{0, 0, 0, 255}, {34, 31, 31}, 0},       {{255, 255, 0, 0}, {45, 48, 144}, 30},
       {{0, 255, 255, 0}, {235, 27, 35}, 77}, {{255, 0, 255, 0}, {0, 164, 79}, 150},   {{255, 255, 255, 0}, {53, 53, 56}, 0},
-      {{255, 255, 255, 255}, {0, 0, 0}, 0},  {{128, 128, 128, 128}, {71, 61, 59}, 0}, {{0, 0, 0, 128}, {143, 141, 141}, 127},
-  };
+      {{255, 255, 255, 255}, {0, 0, 0}, 0},  {{128, 128, 128, 128}, {71, 61, 59}, 0}, {{0, 0, 0, 128}, {143, 141, 141}, 127}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.cmyk));
     EXPECT_EQ(rgb_of(cs, c.cmyk), c.rgb);
     for (CPDFCSBase* each : {static_cast<CPDFCSBase*>(&cs), static_cast<CPDFCSBase*>(&ext)}) {
       EXPECT_EQ(gray_of(*each, c.cmyk), c.gray);
       PDF_COLOR copy = {};
-      each->get_cmyk(color_of(c.cmyk), copy);
+      each->get_cmyk(filled(c.cmyk), copy);
       for (int i = 4; i < 16; ++i) EXPECT_EQ(copy.val[i], 1000 + i);
     }
   }
@@ -134,9 +126,9 @@ TEST(DeviceColor, TableNodesAndRounding) {
 TEST(DeviceColor, WhatTheTableCannotServeStaysUntouched) {
   auto table = random_grid_table(8);
   CPDFCSDeviceCMYKExt cs;
-  const auto served = [&cs](std::array<int, 4> values) {
+  const auto served = [&cs](const std::vector<int>& values) {
     _KXRGBA pixel = {1, 2, 3, 4};
-    cs.get_rgb(color_of(values), pixel);
+    cs.get_rgb(filled(values), pixel);
     const bool untouched = pixel.b == 1 && pixel.g == 2 && pixel.r == 3 && pixel.a == 4;
     EXPECT_TRUE(untouched || pixel.a == 255);
     return !untouched;
@@ -144,25 +136,23 @@ TEST(DeviceColor, WhatTheTableCannotServeStaysUntouched) {
   EXPECT_FALSE(served({0, 0, 0, 0})) << "no table";
   const Installed installed(table);
   struct Case {
-    std::array<int, 4> cmyk;
+    std::vector<int> cmyk;
     size_t entries;  ///< The table ends here.
     bool served;
-  } const cases[] = {
-      {{255, 255, 255, 255}, table.size(), true},
-      {{255, 255, 255, 255}, table.size() - 1, false},
-      {{300, 0, 0, 0}, table.size(), false},
-      {{INT_MAX, 0, 0, 0}, table.size(), false},
-      {{-2, 0, 0, 0}, table.size(), false},
-      {{-1, -1, -1, -1}, 3, true},
-      {{0, 0, 0, 300}, table.size(), true},
-      {{255, 255, 255, 256}, table.size(), false},
-      {{-1, -1, -1, 0}, 3, false},  // the node above black lies past the end
-      {{-1, -1, -1, 0}, 6, true},
-      {{-1, 1, 0, 0}, 921 + 2, false},
-      {{-1, 1, 0, 0}, 921 + 3, true},
-      {{0, -1, -1, -1}, 14739 + 2, false},
-      {{0, -1, -1, -1}, 14739 + 3, true},
-  };
+  } const cases[] = {{{255, 255, 255, 255}, table.size(), true},
+                     {{255, 255, 255, 255}, table.size() - 1, false},
+                     {{300, 0, 0, 0}, table.size(), false},
+                     {{INT_MAX, 0, 0, 0}, table.size(), false},
+                     {{-2, 0, 0, 0}, table.size(), false},
+                     {{-1, -1, -1, -1}, 3, true},
+                     {{0, 0, 0, 300}, table.size(), true},
+                     {{255, 255, 255, 256}, table.size(), false},
+                     {{-1, -1, -1, 0}, 3, false},  // the node above black lies past the end
+                     {{-1, -1, -1, 0}, 6, true},
+                     {{-1, 1, 0, 0}, 921 + 2, false},
+                     {{-1, 1, 0, 0}, 921 + 3, true},
+                     {{0, -1, -1, -1}, 14739 + 2, false},
+                     {{0, -1, -1, -1}, 14739 + 3, true}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.cmyk) + " of " + std::to_string(c.entries));
     // A copy of that size, so that a sanitizer sees what lies behind it.
@@ -199,8 +189,6 @@ TEST(DeviceColor, CmykCalcTakesTheStepsInFallingOrder) {
   }
 }
 
-// Every batch operation gives what the single-colour operations give, at each step and for every
-// short length, and writes nothing else.
 TEST(DeviceColor, RunsEqualSingleColors) {
   auto table = random_grid_table(10);
   const Installed installed(table);
@@ -208,40 +196,9 @@ TEST(DeviceColor, RunsEqualSingleColors) {
   CPDFCSDeviceRGB rgb;
   CPDFCSDeviceCMYK cmyk;
   CPDFCSDeviceCMYKExt ext;
-  std::array<unsigned char, 256> samples;
-  for (unsigned i = 0; i < samples.size(); ++i) { samples[i] = static_cast<unsigned char>(i * 2654435761u >> 24); }
-  for (CPDFCSBase* cs :
-       {static_cast<CPDFCSBase*>(&gray), static_cast<CPDFCSBase*>(&rgb), static_cast<CPDFCSBase*>(&cmyk), static_cast<CPDFCSBase*>(&ext)}) {
-    for (int pixels = -1; pixels < 50; ++pixels) {
-      SCOPED_TRACE(std::to_string(cs->family) + ", pixels " + std::to_string(pixels));
-      const int nbytes = pixels * cs->comp_count;
-      std::array<_KXRGBA, 64> out[3];
-      std::array<unsigned char, 128> grays;
-      for (auto& each : out) each.fill({1, 2, 3, 4});
-      grays.fill(9);
-      cs->batch_rgb(out[0].data(), samples.data(), nbytes);
-      cs->batch_rgb2(out[1].data(), samples.data(), nbytes);
-      cs->batch_rgb4(out[2].data(), samples.data(), nbytes);
-      cs->batch_gray(grays.data(), samples.data(), nbytes);
-      for (int i = 0; i < 64; ++i) {
-        const auto at = static_cast<size_t>(i);
-        for (int scale = 0; scale < 3; ++scale) {
-          _KXRGBA expected = {1, 2, 3, 4};
-          PDF_COLOR color = {};
-          const int pixel = i << scale;
-          for (int j = 0; j < cs->comp_count && pixel < pixels; ++j) {
-            color.val[j] = samples[static_cast<size_t>(pixel * cs->comp_count + j)];
-          }
-          if (pixel < pixels) cs->get_rgb(color, expected);
-          EXPECT_EQ(std::memcmp(&out[scale][at], &expected, 4), 0) << scale << ' ' << i;
-          if (scale > 0) continue;
-          unsigned char level = 9;
-          if (pixel < pixels) cs->get_gray(color, level);
-          EXPECT_EQ(grays[2 * at], level) << i;
-          EXPECT_EQ(grays[2 * at + 1], pixel < pixels ? 255 : 9) << i;
-        }
-      }
-    }
+  for (CPDFCSBase* cs : std::initializer_list<CPDFCSBase*>{&gray, &rgb, &cmyk, &ext}) {
+    SCOPED_TRACE(cs->family);
+    expect_runs_agree(*cs);
   }
 }
 

@@ -15,45 +15,27 @@ TEST(ParserCs, FindsFamiliesByNameAndRefusesTheRest) {
   xref.add(2, "[/Indexed 2 0 R 1 <0000>]");  // Its own base.
   xref.add(3, "[3 0 R]");                    // Its own name.
   xref.add(4, "[/Indexed 1 0 R 0 <010203>]");
-  struct Case {
-    const char* entry;
-    int family, components;  // 0 where there is no space.
-  };
-  const Case cases[] = {
-      {"/DeviceGray", 1, 1},
-      {"/G", 1, 1},
-      {"/DeviceRGB", 3, 3},
-      {"/RGB", 3, 3},
-      {"/DeviceCMYK", 5, 4},
-      {"/CMYK", 5, 4},
-      {"[/DeviceCMYK]", 5, 4},
-      {"[/G]", 1, 1},
-      {"1 0 R", 3, 3},
-      {"[/I /RGB 0 <000000>]", 8, 1},
-      {"4 0 R", 8, 1},
-      {"[/CalGray <</WhitePoint [0.9505 1 1.089]>>]", 2, 1},
-      {"[/CalRGB <</WhitePoint [0.9505 1 1.089]>>]", 4, 3},
-      {"[/Lab <</WhitePoint [0.9505 1 1.089]>>]", 6, 3},
-      {"[/CalCMYK <<>>]", 5, 4},
-      {"/Pattern", 0, 0},
-      {"[/Pattern /DeviceRGB]", 0, 0},
-      {"[/Indexed /Pattern 1 <0000>]", 0, 0},
-      {"[/Indexed [/Indexed /DeviceGray 1 <00FF>] 1 <0001>]", 0, 0},
-      {"/Indexed", 0, 0},
-      {"/Cs1", 0, 0},
-      {"[]", 0, 0},
-      {"[/CalGray]", 0, 0},
-      {"[/Lab 5]", 0, 0},
-      {"42", 0, 0},
-      {"null", 0, 0},
-      {"2 0 R", 0, 0},
-      {"3 0 R", 0, 0},
-      {"99 0 R", 0, 0},
-  };
-  for (const Case& c : cases) {
-    const auto space = space_of(c.entry, &xref);
-    EXPECT_EQ(space ? space->family : 0, c.family) << c.entry;
-    EXPECT_EQ(space ? space->comp_count : 0, c.components) << c.entry;
+  struct {
+    int family, components;  ///< 0 where there is no space.
+    std::vector<const char*> entries;
+  } const cases[] = {
+      {1, 1, {"/DeviceGray", "/G", "[/G]"}},
+      {3, 3, {"/DeviceRGB", "/RGB", "1 0 R"}},
+      {5, 4, {"/DeviceCMYK", "/CMYK", "[/DeviceCMYK]", "[/CalCMYK <<>>]"}},
+      {8, 1, {"[/I /RGB 0 <000000>]", "4 0 R"}},
+      {2, 1, {"[/CalGray <</WhitePoint [0.9505 1 1.089]>>]"}},
+      {4, 3, {"[/CalRGB <</WhitePoint [0.9505 1 1.089]>>]"}},
+      {6, 3, {"[/Lab <</WhitePoint [0.9505 1 1.089]>>]"}},
+      {0,
+       0,
+       {"/Pattern", "[/Pattern /DeviceRGB]", "[/Indexed /Pattern 1 <0000>]", "[/Indexed [/Indexed /DeviceGray 1 <00FF>] 1 <0001>]",
+        "/Indexed", "/Cs1", "[]", "[/CalGray]", "[/Lab 5]", "42", "null", "2 0 R", "3 0 R", "99 0 R"}}};
+  for (const auto& c : cases) {
+    for (const char* entry : c.entries) {
+      const auto space = space_of(entry, &xref);
+      EXPECT_EQ(space ? space->family : 0, c.family) << entry;
+      EXPECT_EQ(space ? space->comp_count : 0, c.components) << entry;
+    }
   }
   EXPECT_EQ(CPDFCSBase::parser_cs(nullptr, &xref), nullptr);
   EXPECT_FALSE(space_of("1 0 R"));

@@ -82,19 +82,13 @@ TEST_F(Tint, NoneIsWhiteAndAllIsEveryInk) {
 }
 
 TEST_F(Tint, RefusesWhatDoesNotFit) {
-  const char* const refused[] = {
-      "[/Separation /Spot /DeviceCMYK]",
-      "[/Separation /Spot /DeviceCMYK 3 0 R]",  // Two inputs.
-      "[/Separation /Spot /DeviceCMYK 2 0 R]",  // Three outputs.
-      "[/Separation /Spot /Pattern 1 0 R]",
-      "[/Separation /Spot [/Indexed /DeviceGray 1 <00FF>] 1 0 R]",
-      "5 0 R",
-      "[/DeviceN [] /DeviceRGB 3 0 R]",
-      "[/DeviceN /A /DeviceRGB 3 0 R]",
-      "[/DeviceN [/A] /DeviceRGB 3 0 R]",
-      "[/DeviceN [/A /B /C /D /E /F /G /H /I /J /K /L /M /N /O /P /Q] /DeviceGray 4 0 R]",
-  };
-  for (const char* text : refused) EXPECT_FALSE(space_of(text, &xref)) << text;
+  // No function, one of two inputs or of three outputs, alternates that are none, names that do not fit.
+  for (const char* text : {"Separation /Spot /DeviceCMYK", "Separation /Spot /DeviceCMYK 3 0 R", "Separation /Spot /DeviceCMYK 2 0 R",
+                           "Separation /Spot /Pattern 1 0 R", "Separation /Spot [/Indexed /DeviceGray 1 <00FF>] 1 0 R",
+                           "Separation /Own 5 0 R 1 0 R", "DeviceN [] /DeviceRGB 3 0 R", "DeviceN /A /DeviceRGB 3 0 R",
+                           "DeviceN [/A] /DeviceRGB 3 0 R", "DeviceN [/A/B/C/D/E/F/G/H/I/J/K/L/M/N/O/P/Q] /DeviceGray 4 0 R"}) {
+    EXPECT_FALSE(space_of(std::string("[/") + text + "]", &xref)) << text;
+  }
 }
 
 TEST_F(Tint, OverlappingRunsAreConvertedInOrder) {
