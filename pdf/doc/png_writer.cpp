@@ -19,10 +19,16 @@ namespace {
 
 // Rows are filtered into a block of this size, which may hold many rows or a piece of one, and
 // only whole blocks go to the deflater: its calls cost more than the copying.
-constexpr std::size_t filtered_size = 256 * 1024;
+constexpr std::size_t most_filtered = 256 * 1024;
 
 // One data chunk of the file, and one call of the sink.
-constexpr std::size_t data_chunk_size = 256 * 1024;
+constexpr std::size_t most_chunk_data = 256 * 1024;
+
+// The deflater looks this far past the end of its input, or less.
+constexpr std::size_t input_slack = 512;
+
+// Up to as many bytes are held by the smaller buffer of the deflater's tokens.
+constexpr std::size_t small_picture = 16 * 1024;
 
 // Level 1 is a quarter faster on noise and several times on smooth gradients, but for some inputs
 // levels 1 and 2 of ISA-L 2.30 give other bytes when the state, all of it zero, lies elsewhere in
@@ -81,17 +87,34 @@ void subtract_left(unsigned char* __restrict dst, const unsigned char* __restric
 
 }  // namespace
 
-// The sizes are fixed, so that a picture of any width costs the same.
+// The sizes are bounded, so that a picture of any width costs the same; one that is smaller than
+// they are needs less, since clearing them would take longer than writing it.
 struct CPDFPngWriter::Encoder {
+  using Bytes = std::unique_ptr<unsigned char[]>;
+
   isal_zstream stream;
-  std::size_t filtered_used;
-  unsigned char filtered[filtered_size];
-  unsigned char chunk[data_chunk_size + png_chunk_overhead];
-  unsigned char level_buffer[ISAL_DEF_LVL3_DEFAULT];
+  std::size_t filtered_size, filtered_used, chunk_data_size;
+  Bytes filtered, chunk, level_buffer;
+
+  // All of it zero, since the deflater looks past the end of its input. False where memory failed.
+  bool allocate(std::uint64_t filtered_bytes) {
+    filtered_size =
+        static_cast<std::size_t>(std::min<std::uint64_t>(filtered_bytes, most_filtered));
+    chunk_data_size = std::min(filtered_size + input_slack, most_chunk_data);
+    const std::size_t level_size =
+        filtered_bytes > small_picture ? ISAL_DEF_LVL3_DEFAULT : ISAL_DEF_LVL3_SMALL;
+    const auto zeros = [](std::size_t n) { return Bytes(new (std::nothrow) unsigned char[n]()); };
+    filtered = zeros(filtered_size + input_slack);
+    chunk = zeros(chunk_data_size + png_chunk_overhead);
+    level_buffer = zeros(level_size);
+    stream.level_buf = level_buffer.get();
+    stream.level_buf_size = static_cast<std::uint32_t>(level_size);
+    return filtered != nullptr && chunk != nullptr && level_buffer != nullptr;
+  }
 
   void restart_chunk() {
-    stream.next_out = chunk + png_chunk_head;
-    stream.avail_out = data_chunk_size;
+    stream.next_out = chunk.get() + png_chunk_head;
+    stream.avail_out = static_cast<std::uint32_t>(chunk_data_size);
   }
 };
 
@@ -101,18 +124,19 @@ CPDFPngWriter::~CPDFPngWriter() = default;
 
 bool CPDFPngWriter::begin(const CPDFRasterInfo& info) {
   if (!valid(info)) return false;
-  // All of it zero: the deflater looks past the end of its input.
+  row_bytes_ = static_cast<std::size_t>(info.row_bytes());
   encoder_.reset(new (std::nothrow) Encoder());
   if (encoder_ == nullptr) return false;
   isal_deflate_init(&encoder_->stream);
   encoder_->stream.level = compression_level;
-  encoder_->stream.level_buf = encoder_->level_buffer;
-  encoder_->stream.level_buf_size = sizeof(encoder_->level_buffer);
   encoder_->stream.gzip_flag = IGZIP_ZLIB;
-  encoder_->filtered_used = 0;
+  const auto height = static_cast<std::uint64_t>(info.height);
+  if (!encoder_->allocate((std::uint64_t{row_bytes_} + 1) * height)) {
+    encoder_.reset();
+    return false;
+  }
   encoder_->restart_chunk();
 
-  row_bytes_ = static_cast<std::size_t>(info.row_bytes());
   const bool whole_samples =
       info.format != CPDFPixelFormat::indexed && info.format != CPDFPixelFormat::gray1;
   filter_distance_ = whole_samples ? static_cast<std::size_t>(info.bits_per_pixel()) / 8 : 0;
@@ -171,8 +195,8 @@ bool CPDFPngWriter::write_row(const unsigned char* row) {
 bool CPDFPngWriter::append(const unsigned char* bytes, std::size_t n, bool subtract) {
   Encoder& e = *encoder_;
   while (n > 0) {
-    const std::size_t piece = std::min(n, filtered_size - e.filtered_used);
-    unsigned char* dst = e.filtered + e.filtered_used;
+    const std::size_t piece = std::min(n, e.filtered_size - e.filtered_used);
+    unsigned char* dst = e.filtered.get() + e.filtered_used;
     if (subtract) {
       subtract_left(dst, bytes, filter_distance_, piece);
     } else {
@@ -181,14 +205,14 @@ bool CPDFPngWriter::append(const unsigned char* bytes, std::size_t n, bool subtr
     e.filtered_used += piece;
     bytes += piece;
     n -= piece;
-    if (e.filtered_used == filtered_size && !deflate_filtered()) return false;
+    if (e.filtered_used == e.filtered_size && !deflate_filtered()) return false;
   }
   return true;
 }
 
 bool CPDFPngWriter::deflate_filtered() {
   Encoder& e = *encoder_;
-  e.stream.next_in = e.filtered;
+  e.stream.next_in = e.filtered.get();
   e.stream.avail_in = static_cast<std::uint32_t>(e.filtered_used);
   e.filtered_used = 0;
   for (;;) {
@@ -201,9 +225,9 @@ bool CPDFPngWriter::deflate_filtered() {
 
 bool CPDFPngWriter::write_data_chunk() {
   Encoder& e = *encoder_;
-  const std::size_t length = data_chunk_size - e.stream.avail_out;
+  const std::size_t length = e.chunk_data_size - e.stream.avail_out;
   e.restart_chunk();
-  return length == 0 || sink_.write(e.chunk, seal_png_chunk(e.chunk, "IDAT", length));
+  return length == 0 || sink_.write(e.chunk.get(), seal_png_chunk(e.chunk.get(), "IDAT", length));
 }
 
 bool CPDFPngWriter::finish() {
