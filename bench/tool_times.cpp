@@ -20,39 +20,42 @@ namespace {
 constexpr int own_runs = 5, peer_runs = 3;
 constexpr double limit = 60, slow = 6;  // seconds
 
+/// Beside whom PNG output is timed. pdfimages takes long; of CMYK mutool writes the four inks, and
+/// no PNG.
+enum class Png { none, mutool, pdfimages, both };
+
 struct Class {
   const char* name;
   const char* format;
-  double least;           ///< Times the speed of the faster peer.
-  bool several;           ///< Images, so that two threads have work.
-  bool png;               ///< PNG output is timed too,
-  bool png_of_pdfimages;  ///< and beside pdfimages, which takes long.
+  double least;  ///< Times the speed of the faster peer.
+  bool several;  ///< Images, so that two threads have work.
+  Png png;
   /// Only pdfimages does the same work: Debian's MuPDF takes samples of a profile as plain RGB.
   bool by_profile = false;
 };
 
 constexpr Class classes[] = {
-    {"rgb", "pam", 2, true, true, true},
-    {"rgb-png", "pam", 2, true, true, false},
-    {"rgb-tiff", "pam", 2, true, false, false},
-    {"rgb-grain", "pam", 0, true, false, false},
-    {"rgb-large", "pam", 2, false, false, false},
-    {"gray", "pam", 1.5, true, true, true},
-    {"indexed", "pam", 1.5, true, true, false},
-    {"cmyk", "pam", 2, true, true, false},
-    {"rgb16", "pam", 2, true, true, false},
-    {"softmask", "pam", 1.5, true, true, false},
-    {"bilevel", "pnm", 1, true, true, false},
-    {"ccitt", "pnm", 1, true, true, false},
-    {"jbig2", "pnm", 1, true, false, false},
-    {"icc-rgb", "pam", 2, true, false, false, true},
-    {"separation", "pam", 2, true, false, false},
-    {"dct-rgb", "pam", 1, true, false, false},
-    {"dct-rgb-decode", "pam", 1, true, false, false},
-    {"dct-cmyk", "pam", 1.5, true, false, false},
-    {"dct-cmyk-decode", "pam", 1.5, true, false, false},
-    {"jpx", "pam", 1, true, false, false},
-    {"small", "pam", 1, true, true, false},
+    {"rgb", "pam", 2, true, Png::both},
+    {"rgb-png", "pam", 2, true, Png::mutool},
+    {"rgb-tiff", "pam", 2, true, Png::none},
+    {"rgb-grain", "pam", 0, true, Png::none},
+    {"rgb-large", "pam", 2, false, Png::none},
+    {"gray", "pam", 1.5, true, Png::both},
+    {"indexed", "pam", 1.5, true, Png::mutool},
+    {"cmyk", "pam", 2, true, Png::pdfimages},
+    {"rgb16", "pam", 2, true, Png::mutool},
+    {"softmask", "pam", 1.5, true, Png::mutool},
+    {"bilevel", "pnm", 1, true, Png::mutool},
+    {"ccitt", "pnm", 1, true, Png::mutool},
+    {"jbig2", "pnm", 1, true, Png::none},
+    {"icc-rgb", "pam", 2, true, Png::none, true},
+    {"separation", "pam", 2, true, Png::none},
+    {"dct-rgb", "pam", 1, true, Png::none},
+    {"dct-rgb-decode", "pam", 1, true, Png::none},
+    {"dct-cmyk", "pam", 1.5, true, Png::none},
+    {"dct-cmyk-decode", "pam", 1.5, true, Png::none},
+    {"jpx", "pam", 1, true, Png::none},
+    {"small", "pam", 1, true, Png::mutool},
 };
 
 /// Memory-backed where there is such a place; gone with its content at the end.
@@ -199,13 +202,15 @@ void time_png(const std::vector<Class>& wanted, const Programs& programs, const 
       "| pdfimages -png, s | times pdfimages | 20 x reached | peak, MB |\n"
       "|---|--:|--:|--:|---|--:|--:|---|--:|");
   for (const Class& c : wanted) {
-    if (!c.png) continue;
+    if (c.png == Png::none) continue;
     const std::string file = set + "/" + c.name + ".pdf";
     Runner one =
         runner_of(programs.tool, {"extract", "-q", "-j", "1", "-o", "out", file}, peer_runs);
-    Runner mutool = runner_of(programs.mutool, {"extract", file}, peer_runs);
+    Runner mutool =
+        runner_of(c.png == Png::pdfimages ? "" : programs.mutool, {"extract", file}, peer_runs);
     run_interleaved({&one, &mutool}, scratch);
-    Runner images = runner_of(c.png_of_pdfimages ? programs.pdfimages : "", {"-png", file, "p"}, 1);
+    Runner images =
+        runner_of(c.png == Png::mutool ? "" : programs.pdfimages, {"-png", file, "p"}, 1);
     // Long enough to see whether the goal is reached; the whole may take minutes.
     if (one.has_figure()) images.limit_seconds = 20.5 * one.median();
     run_interleaved({&images}, scratch);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::int64_t band_bytes = std::int64_t{1} << 20;
+constexpr std::int64_t band_bytes = std::int64_t{1} << 18;
 
 /// The samples as the stream of a band's record: each read is one row. A row that cannot be read
 /// leaves its place in the bitmap blank. Opacity by the colour key is gathered on the way.
