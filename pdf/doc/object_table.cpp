@@ -185,7 +185,14 @@ std::string CPDFObjectTable::failure_of(int object) {
 
 void CPDFObjectTable::keep_warnings() {
   for (const QPDFExc& warning : qpdf_->getWarnings()) {
-    add_warning(pdfbmp::single_line(warning.what()));
+    // The parser's own text begins with a name that it was given for the file.
+    std::string place = warning.getObject();
+    if (warning.getFilePosition() > 0) {
+      place +=
+          (place.empty() ? "offset " : ", offset ") + std::to_string(warning.getFilePosition());
+    }
+    add_warning(
+        pdfbmp::single_line((place.empty() ? "" : place + ": ") + warning.getMessageDetail()));
   }
 }
 

@@ -27,6 +27,7 @@ class Extraction {
   Outcome run() {
     for (const std::string& file : options_.files) {
       worst_ = worse(worst_, extract_file(file));
+      messages_.end_file();
       if (worst_ == Outcome::no_output) return worst_;
     }
     // A stream of which nothing came stays empty.
@@ -92,7 +93,6 @@ class Extraction {
     };
     messages_.progress(0, images.size());
     OrderedJobs(images.size(), thread_count(), work, emit).run();
-    messages_.clear_progress();
     return outcome;
   }
 
@@ -151,7 +151,8 @@ class Extraction {
   }
 
   void tell_counts(const std::string& file, const Counts& counts) {
-    std::string text = std::to_string(counts.written) + " images written";
+    std::string text =
+        std::to_string(counts.written) + (counts.written == 1 ? " image" : " images") + " written";
     if (counts.failed > 0) text += ", " + std::to_string(counts.failed) + " failed";
     if (counts.passed_over > 0) {
       text += ", " + std::to_string(counts.passed_over) + " passed over";

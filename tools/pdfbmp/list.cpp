@@ -11,6 +11,7 @@
 #include "tools/pdfbmp/image_facts.h"
 #include "tools/pdfbmp/input.h"
 #include "tools/pdfbmp/table.h"
+#include "tools/pdfbmp/terminal.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ std::string json_lines(const std::vector<CPDFFoundImage>& images, const std::str
 
 Outcome run_list(const Options& options, Messages& messages) {
   CPDFDescriptorSink out(STDOUT_FILENO);
+  const auto columns = static_cast<std::size_t>(terminal_columns(STDOUT_FILENO));
   const bool several = options.files.size() > 1;
   Outcome worst = Outcome::ok;
   for (const std::string& file : options.files) {
@@ -50,7 +52,7 @@ Outcome run_list(const Options& options, Messages& messages) {
       if (several) text += summary_line(file, chosen.images.size(), 0, document ? nullptr : &error);
     } else if (document != nullptr) {
       if (several) text = "==> " + file + " <==\n";
-      text += image_table(chosen) + (several ? "\n" : "");
+      text += image_table(chosen, columns) + (several ? "\n" : "");
     }
     if (!out.write(text.data(), text.size())) {
       messages.error("standard output", out.error());

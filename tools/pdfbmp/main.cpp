@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   try {
     Options options;
     if (const auto outcome = parse_options(argc, argv, options)) return exit_code_of(*outcome);
-    Messages messages(options.quiet);
+    Messages messages(options.quiet, options.files.size());
     try {
       return exit_code_of(options.command == Command::list ? run_list(options, messages)
                                                            : run_extract(options, messages));

@@ -13,13 +13,16 @@ namespace {
 
 struct Column {
   const char* title;
-  bool right;  // Numbers stand to the right.
+  bool right;                    // Numbers stand to the right.
+  const char* narrow = nullptr;  // The title where room is short.
 };
 
 constexpr Column columns[] = {
-    {"page", true},   {"num", true},   {"type", false}, {"width", true}, {"height", true},
-    {"color", false}, {"comp", true},  {"bpc", true},   {"enc", false},  {"interp", false},
-    {"object", true}, {"x-ppi", true}, {"y-ppi", true}, {"size", true},
+    {"page", true},           {"num", true},           {"type", false},
+    {"width", true},          {"height", true},        {"color", false},
+    {"comp", true},           {"bpc", true},           {"enc", false},
+    {"interp", false, "int"}, {"object", true, "obj"}, {"x-ppi", true},
+    {"y-ppi", true},          {"size", true},
 };
 constexpr std::size_t column_count = std::size(columns);
 using Row = std::array<std::string, column_count>;
@@ -98,30 +101,38 @@ Row row_of(const CPDFFoundImage& found, int number) {
           shown_size(found.bytes)};
 }
 
-}  // namespace
-
-std::string image_table(const ChosenImages& chosen) {
-  std::vector<Row> rows(1);
-  for (std::size_t k = 0; k < column_count; ++k) rows[0][k] = columns[k].title;
-  for (std::size_t i = 0; i < chosen.images.size(); ++i) {
-    rows.push_back(row_of(chosen.images[i], chosen.numbers[i]));
-  }
-
+// The first row is the titles.
+std::string aligned(const std::vector<Row>& rows, const char* gap) {
   std::array<std::size_t, column_count> widths = {};
   for (const Row& row : rows) {
     for (std::size_t k = 0; k < column_count; ++k) widths[k] = std::max(widths[k], row[k].size());
   }
-
   std::string text;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     std::string line;
     for (std::size_t k = 0; k < column_count; ++k) {
       const std::string padding(widths[k] - rows[i][k].size(), ' ');
       line += columns[k].right ? padding + rows[i][k] : rows[i][k] + padding;
-      if (k + 1 < column_count) line += "  ";
+      if (k + 1 < column_count) line += gap;
     }
     text += line + "\n";
     if (i == 0) text += std::string(line.size(), '-') + "\n";
   }
   return text;
+}
+
+}  // namespace
+
+std::string image_table(const ChosenImages& chosen, std::size_t width) {
+  std::vector<Row> rows(1);
+  for (std::size_t k = 0; k < column_count; ++k) rows[0][k] = columns[k].title;
+  for (std::size_t i = 0; i < chosen.images.size(); ++i) {
+    rows.push_back(row_of(chosen.images[i], chosen.numbers[i]));
+  }
+  const std::string wide = aligned(rows, "  ");
+  if (width == 0 || wide.find('\n') <= width) return wide;
+  for (std::size_t k = 0; k < column_count; ++k) {
+    if (columns[k].narrow != nullptr) rows[0][k] = columns[k].narrow;
+  }
+  return aligned(rows, " ");
 }
