@@ -5,6 +5,22 @@
 #include <map>
 #include <set>
 #include <utility>
+#include <vector>
+
+namespace {
+
+void tell_warnings(const CPDFDocument& document, const std::string& file, Messages& messages) {
+  constexpr std::size_t most = 10;
+  const std::vector<std::string> warnings = document.warnings();
+  for (std::size_t i = 0; i < warnings.size() && i < most; ++i) {
+    messages.warning(file, warnings[i]);
+  }
+  if (warnings.size() > most) {
+    messages.warning(file, "and " + std::to_string(warnings.size() - most) + " more");
+  }
+}
+
+}  // namespace
 
 ChosenImages choose_images(CPDFDocument& document, const std::string& file, const Options& options,
                            Messages& messages) {
@@ -22,6 +38,13 @@ ChosenImages choose_images(CPDFDocument& document, const std::string& file, cons
     }
     chosen.images.push_back(std::move(found));
     chosen.numbers.push_back(number);
+  }
+  tell_warnings(document, file, messages);
+  const int pages = document.page_count();
+  if (options.first_page > pages) {
+    messages.warning(file, pages == 0 ? "has no pages"
+                                      : "has no page " + std::to_string(options.first_page) +
+                                            ", only " + std::to_string(pages));
   }
   for (const int object : missing) {
     messages.warning(file, "object " + std::to_string(object) + " is no image of these pages");

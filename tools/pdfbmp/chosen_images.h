@@ -13,7 +13,7 @@ struct ChosenImages {
   std::vector<int> numbers;  ///< Of each image, from 1, among all on the first page that uses it.
 };
 
-/// The images of a file that the options ask for: pages, objects, size. Says where an object is no
-/// image of those pages.
+/// The images of a file that the options ask for: pages, objects, size. Says what was odd about the
+/// file, and where a page or an object that was asked for is not there.
 ChosenImages choose_images(CPDFDocument& document, const std::string& file, const Options& options,
                            Messages& messages);

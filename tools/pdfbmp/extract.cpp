@@ -53,8 +53,7 @@ class Extraction {
     const std::string folder = several() ? folders_.take(file) + "/" : "";
     Outcome outcome = Outcome::ok;
     std::string error;
-    const std::unique_ptr<CPDFDocument> document =
-        open_input(file, options_, messages_, outcome, error);
+    const std::unique_ptr<CPDFDocument> document = open_input(file, options_, outcome, error);
     Counts counts;
     if (document == nullptr) {
       messages_.error(file, error);

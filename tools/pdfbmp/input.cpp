@@ -40,21 +40,10 @@ std::shared_ptr<CPDFSource> open_standard_input(std::string& error) {
   return pdfbmp::open_file_source(file.path(), error);
 }
 
-void tell_warnings(const CPDFDocument& document, const std::string& file, Messages& messages) {
-  constexpr std::size_t most = 10;
-  const std::vector<std::string> warnings = document.warnings();
-  for (std::size_t i = 0; i < warnings.size() && i < most; ++i) {
-    messages.warning(file, warnings[i]);
-  }
-  if (warnings.size() > most) {
-    messages.warning(file, "and " + std::to_string(warnings.size() - most) + " more");
-  }
-}
-
 }  // namespace
 
 std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options& options,
-                                         Messages& messages, Outcome& outcome, std::string& error) {
+                                         Outcome& outcome, std::string& error) {
   outcome = Outcome::unreadable;
   const std::shared_ptr<CPDFSource> source =
       file == "-" ? open_standard_input(error) : pdfbmp::open_file_source(file, error);
@@ -67,11 +56,6 @@ std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options&
   std::unique_ptr<CPDFDocument> document = CPDFDocument::open(source, open_options, status, error);
   if (document != nullptr) {
     outcome = Outcome::ok;
-    tell_warnings(*document, file, messages);
-    if (options.first_page > document->page_count()) {
-      messages.warning(file, "has no page " + std::to_string(options.first_page) + ", only " +
-                                 std::to_string(document->page_count()));
-    }
   } else if (status == CPDFOpenStatus::needs_password) {
     outcome = Outcome::needs_password;
   }

@@ -5,10 +5,9 @@
 #include <string>
 
 #include "pdf/doc/document.h"
-#include "tools/pdfbmp/messages.h"
 #include "tools/pdfbmp/options.h"
 
-/// Opens one input file; where that fails, null, with the reason in `error`. Says what was odd
-/// about the file. Standard input is copied to a temporary file first.
+/// Opens one input file; where that fails, null, with the reason in `error`.
+/// Standard input is copied to a temporary file first.
 std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options& options,
-                                         Messages& messages, Outcome& outcome, std::string& error);
+                                         Outcome& outcome, std::string& error);

@@ -36,8 +36,7 @@ Outcome run_list(const Options& options, Messages& messages) {
   for (const std::string& file : options.files) {
     Outcome outcome = Outcome::ok;
     std::string error;
-    const std::unique_ptr<CPDFDocument> document =
-        open_input(file, options, messages, outcome, error);
+    const std::unique_ptr<CPDFDocument> document = open_input(file, options, outcome, error);
     worst = worse(worst, outcome);
     ChosenImages chosen;
     if (document != nullptr) {
