@@ -129,7 +129,7 @@ std::string image_table(const ChosenImages& chosen, std::size_t width) {
   for (std::size_t i = 0; i < chosen.images.size(); ++i) {
     rows.push_back(row_of(chosen.images[i], chosen.numbers[i]));
   }
-  const std::string wide = aligned(rows, "  ");
+  std::string wide = aligned(rows, "  ");
   if (width == 0 || wide.find('\n') <= width) return wide;
   for (std::size_t k = 0; k < column_count; ++k) {
     if (columns[k].narrow != nullptr) rows[0][k] = columns[k].narrow;
