@@ -1,12 +1,12 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "pdf/doc/document.h"
+#include "pdf/doc/raster.h"
 #include "pdf/obj/stream.h"
 
 /// Opens bytes as a document; null where that fails.
@@ -31,9 +31,16 @@ inline std::vector<CPDFFoundImage> all_images(CPDFDocument& document) { return d
 inline std::string read_all(CPDFStream* stream) {
   std::string bytes;
   char piece[4096];
-  for (int n = 1; stream != nullptr && n > 0;) {
-    n = stream->read_block(piece, sizeof piece);
-    bytes.append(piece, static_cast<std::size_t>(std::max(n, 0)));
-  }
+  for (int n; stream != nullptr && (n = stream->read_block(piece, sizeof piece)) > 0;) bytes.append(piece, static_cast<std::size_t>(n));
   return bytes;
+}
+
+using Row = std::vector<unsigned char>;
+
+/// The rows of a picture that are left, from the top.
+inline std::vector<Row> rows_of(CPDFRasterReader& reader) {
+  std::vector<Row> rows;
+  Row row(static_cast<std::size_t>(reader.info().row_bytes()));
+  while (reader.read_row(row.data())) rows.push_back(row);
+  return rows;
 }
