@@ -5,6 +5,7 @@
 #include <string>
 
 #include "pdf/doc/picture.h"
+#include "tests/pdf/doc/documents.h"
 
 namespace {
 
@@ -33,21 +34,19 @@ TEST(CorpusPictures, LookAsOtherViewersShowThem) {
     CPDFOpenStatus status;
     const auto document = CPDFDocument::open(pdfbmp::open_file_source(std::string(corpus) + "/" + e.file, problem), {}, status, problem);
     ASSERT_NE(document, nullptr) << problem;
-    for (const CPDFFoundImage& found : document->find_images(1, document->page_count())) {
+    for (const CPDFFoundImage& found : all_images(*document)) {
       if (found.object != e.object) continue;
       const auto picture = pdfbmp::open_picture(document->load_image(found), found, 1 << 30, problem);
       ASSERT_NE(picture, nullptr) << problem;
       ASSERT_EQ(std::pair(picture->info().width, picture->info().height), std::pair(e.width, e.height));
       const int channels = picture->info().bits_per_pixel() / 8;
-      std::vector<unsigned char> row(static_cast<std::size_t>(picture->info().row_bytes()));
+      const std::vector<Row> rows = rows_of(*picture);
       double sums[4][4] = {}, counts[4] = {};
-      for (int y = 0; picture->read_row(row.data()); ++y) {
-        for (int x = 0; x < e.width; ++x) {
-          const int quarter = (y >= e.height / 2 ? 2 : 0) + (x >= e.width / 2 ? 1 : 0);
-          const unsigned char* pixel = row.data() + x * channels;
-          for (int c = 0; c < 4; ++c) sums[quarter][c] += pixel[c == 3 ? channels - 1 : channels == 4 ? c : 0];
-          ++counts[quarter];
-        }
+      for (int i = 0; i < e.width * e.height; ++i) {
+        const int x = i % e.width, y = i / e.width, quarter = (y >= e.height / 2 ? 2 : 0) + (x >= e.width / 2 ? 1 : 0);
+        const unsigned char* pixel = rows.at(static_cast<std::size_t>(y)).data() + x * channels;
+        for (int c = 0; c < 4; ++c) sums[quarter][c] += pixel[c == 3 ? channels - 1 : channels == 4 ? c : 0];
+        ++counts[quarter];
       }
       for (std::size_t q = 0; q < 4; ++q) {
         for (std::size_t c = 0; c < 4; ++c) EXPECT_NEAR(sums[q][c] / counts[q], e.quarters[q][c], 2) << q << c;

@@ -41,7 +41,7 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
     } catch (const std::exception&) {
       peer_opened = false;  // More files are opened here than there.
     }
-    for (const CPDFFoundImage& found : document->find_images(1, document->page_count())) {
+    for (const CPDFFoundImage& found : all_images(*document)) {
       SCOPED_TRACE(found.object);
       EXPECT_FALSE(found.pages.empty());
       const CPDFLoadedImage loaded = document->load_image(found);
@@ -49,8 +49,7 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
       EXPECT_EQ(loaded.problem.empty(),
                 loaded.image->stream != nullptr && (loaded.image->cs != nullptr || found.image_mask) && found.width > 0 && found.height > 0)
           << loaded.problem;
-      EXPECT_EQ(loaded.image->width, found.width);
-      EXPECT_EQ(loaded.image->height, found.height);
+      EXPECT_EQ(std::pair(loaded.image->width, loaded.image->height), std::pair(found.width, found.height));
       EXPECT_EQ(read_all(document->raw_stream(found).get()).size(), static_cast<std::size_t>(found.bytes));
       if (peer_opened && found.object != 0) expect_bytes_of_qpdf(peer, *document, found);
     }

@@ -8,6 +8,7 @@
 #include "pdf/doc/document.h"
 #include "pdf/doc/raster.h"
 #include "pdf/obj/stream.h"
+#include "tests/support/pdf_builder.h"
 
 /// Opens bytes as a document; null where that fails.
 inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes, CPDFOpenStatus& status, const std::string& password = "") {
@@ -26,6 +27,11 @@ inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes) {
 }
 
 inline std::vector<CPDFFoundImage> all_images(CPDFDocument& document) { return document.find_images(1, document.page_count()); }
+
+inline std::vector<CPDFFoundImage> images_of(PdfBuilder& pdf) {
+  const auto document = open_bytes(pdf.finish());
+  return document != nullptr ? all_images(*document) : std::vector<CPDFFoundImage>();
+}
 
 /// What is left in a stream.
 inline std::string read_all(CPDFStream* stream) {

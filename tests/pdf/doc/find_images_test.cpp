@@ -1,7 +1,6 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include <cmath>
+#include <algorithm>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -13,35 +12,21 @@ namespace {
 
 std::string ref(int number) { return PdfBuilder::ref(number); }
 
-const CPDFFoundImage* of_width(const std::vector<CPDFFoundImage>& images, int width) {
-  for (const CPDFFoundImage& image : images) {
-    if (image.width == width) return &image;
-  }
-  return nullptr;
-}
-
 // Images are told apart by their widths. Each is painted on one inch where it is painted at all.
 TEST(FindImages, EachHidingPlaceOnce) {
   PdfBuilder pdf;
-  std::map<std::string, int> at;
   const auto image = [&](int width) { return "/XObject << /Im " + ref(pdf.add_image(width, 1)) + " >>"; };
   const std::string paint = "q 72 0 0 72 0 0 cm /Im Do Q ";
 
   const int inner = pdf.add_form("/Resources << " + image(11) + " >>", paint);
   const int outer =
       pdf.add_form("/Matrix [2 0 0 2 0 0] /Resources << /XObject << /In " + ref(inner) + " >> >>", "0.5 0 0 0.5 0 0 cm /In Do");
-  const int pattern = pdf.add_stream(
-      "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 100 100] /XStep 100 "
-      "/YStep 100 /Matrix [1 0 0 1 10 20] /Resources << " +
-          image(12) + " >>",
-      paint);
-  const int glyph = pdf.add_stream("",
-                                   "1 0 d0 720 0 0 720 0 0 cm BI /W 13 /H 1 /BPC 8 /CS /G "
-                                   "ID xxxxxxxxxxxxx EI");
+  const std::string tiling = "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 100 100] /XStep 100 /YStep 100 ";
+  const int pattern = pdf.add_stream(tiling + "/Matrix [1 0 0 1 10 20] /Resources << " + image(12) + " >>", paint);
+  const int glyph = pdf.add_stream("", "1 0 d0 720 0 0 720 0 0 cm BI /W 13 /H 1 /BPC 8 /CS /G ID xxxxxxxxxxxxx EI");
   const int font = pdf.add(
-      "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [0.01 0 0 0.01 0 0] "
-      "/FirstChar 65 /LastChar 65 /Widths [1000] /Encoding << /Differences [65 /a] >> "
-      "/CharProcs << /a " +
+      "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [0.01 0 0 0.01 0 0] /FirstChar 65 /LastChar 65 "
+      "/Widths [1000] /Encoding << /Differences [65 /a] >> /CharProcs << /a " +
       ref(glyph) + " >> >>");
   const int group = pdf.add_form("/Group << /S /Transparency >> /Resources << " + image(14) + " >>", paint);
   const int state = pdf.add("<< /SMask << /S /Luminosity /G " + ref(group) + " >> >>");
@@ -58,9 +43,7 @@ TEST(FindImages, EachHidingPlaceOnce) {
                "/Fm Do /Pattern cs /P scn 0 0 9 9 re f /G gs q 72 0 0 72 0 0 cm /M Do Q "
                "BT /F 10 Tf 1 0 0 1 5 6 Tm (AA) Tj ET",
                "/Annots [" + ref(widget) + "]");
-  const auto document = open_bytes(pdf.finish());
-  ASSERT_NE(document, nullptr);
-  const auto images = all_images(*document);
+  const auto images = images_of(pdf);
 
   const struct {
     const char* name;
@@ -82,25 +65,21 @@ TEST(FindImages, EachHidingPlaceOnce) {
   EXPECT_EQ(images.size(), std::size(cases));
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const CPDFFoundImage* found = of_width(images, c.width);
-    ASSERT_NE(found, nullptr);
+    const auto found = std::find_if(images.begin(), images.end(), [&](const auto& one) { return one.width == c.width; });
+    ASSERT_NE(found, images.end());
     EXPECT_EQ(found->kind, c.kind);
     EXPECT_EQ(found->pages, std::vector<int>{1});
     ASSERT_EQ(found->placements.size(), c.corners.size());
     for (std::size_t i = 0; i < c.corners.size(); ++i) {
-      const CPDFPlacement& placement = found->placements[i];
-      EXPECT_NEAR(placement.bbox[0], c.corners[i][0], 1e-9);
-      EXPECT_NEAR(placement.bbox[1], c.corners[i][1], 1e-9);
-      EXPECT_NEAR(placement.bbox[2] - placement.bbox[0], 72, 1e-9);
-      EXPECT_NEAR(placement.ppi[0], c.width, 1e-9);
-      EXPECT_NEAR(placement.ppi[1], 1, 1e-9);
+      const auto& [page, matrix, bbox, ppi] = found->placements[i];
+      const double got[] = {bbox[0], bbox[1], bbox[2] - bbox[0], ppi[0], ppi[1]};
+      const double want[] = {c.corners[i][0], c.corners[i][1], 72, static_cast<double>(c.width), 1};
+      for (std::size_t k = 0; k < 5; ++k) EXPECT_NEAR(got[k], want[k], 1e-9) << k;
     }
-  }
-  for (std::size_t i = 0; i < images.size(); ++i) {  // Masks stand right behind their image.
-    if (images[i].width != 17) continue;
-    ASSERT_LT(i + 2, images.size());
-    EXPECT_EQ(images[i + 1].mask_of, masked);
-    EXPECT_EQ(images[i + 2].object, soft);
+    if (c.width != 17) continue;
+    ASSERT_LT(found + 2, images.end());  // Masks stand right behind their image.
+    EXPECT_EQ(found[1].mask_of, masked);
+    EXPECT_EQ(found[2].object, soft);
   }
 }
 
@@ -118,11 +97,9 @@ TEST(FindImages, OneImageOnManyPagesAndPagesInRange) {
   EXPECT_EQ(images[0].page, 2);
   EXPECT_EQ(images[0].pages.size(), 16u);
   ASSERT_EQ(images[0].placements.size(), 31u);
-  const CPDFPlacement& turned = images[0].placements[0];
-  EXPECT_EQ(turned.bbox, (std::array<double, 4>{-36, 0, 0, 72}));
-  EXPECT_EQ(turned.ppi, (std::array<double, 2>{8, 16}));
-  const CPDFPlacement& last = images[0].placements.back();
-  EXPECT_EQ(last.bbox, (std::array<double, 4>{0, 0, 144, 144}));
+  EXPECT_EQ(images[0].placements[0].bbox, (std::array<double, 4>{-36, 0, 0, 72}));
+  EXPECT_EQ(images[0].placements[0].ppi, (std::array<double, 2>{8, 16}));
+  EXPECT_EQ(images[0].placements.back().bbox, (std::array<double, 4>{0, 0, 144, 144}));
 
   EXPECT_EQ(document->find_images(4, 5)[0].pages, std::vector<int>{4});
   EXPECT_EQ(document->find_images(5, 5)[0].placements.size(), 0u);
@@ -150,20 +127,17 @@ TEST(FindImages, WhatLeadsToItselfEnds) {
 
 TEST(FindImages, AnInlineImageOfSharedContentIsOne) {
   PdfBuilder pdf;
-  const int content = pdf.add_stream("",
-                                     "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q "
-                                     "BI /W 1 /H 1 /IM true ID\n\x80 EI Q");
+  const int content =
+      pdf.add_stream("", "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q BI /W 1 /H 1 /IM true ID\n\x80 EI Q");
   for (int page = 0; page < 3; ++page) { pdf.add_page_of("/ColorSpace << /Cs1 [/Indexed /DeviceRGB 1 <000000FFFFFF>] >>", content); }
   const auto document = open_bytes(pdf.finish());
   ASSERT_NE(document, nullptr);
   const auto images = all_images(*document);
   ASSERT_EQ(images.size(), 2u);
   EXPECT_EQ(images[0].pages, (std::vector<int>{1, 2, 3}));
-  EXPECT_EQ(images[0].colorspace, "Indexed");
-  EXPECT_EQ(images[0].base, "DeviceRGB");
+  EXPECT_EQ(images[0].colorspace + " over " + images[0].base, "Indexed over DeviceRGB");
   EXPECT_EQ(read_all(document->raw_stream(images[0]).get()), "a EI Q b");
-  EXPECT_TRUE(images[1].image_mask);
-  EXPECT_EQ(images[1].bytes, 1);
+  EXPECT_TRUE(images[1].image_mask && images[1].bytes == 1);
   const CPDFLoadedImage loaded = document->load_image(images[0]);
   EXPECT_EQ(loaded.problem, "");
   EXPECT_EQ(loaded.image->cs_borrowed, 1);

@@ -18,8 +18,7 @@ std::unique_ptr<CPDFDocument> document_with(const std::string& entries, const st
 
 TEST(LoadImage, SaysWhatIsMissing) {
   const struct {
-    const char* entries;
-    const char* problem;
+    const char *entries, *problem;
   } cases[] = {
       {"/BitsPerComponent 8 /ColorSpace /DeviceGray", ""},
       {"/ImageMask true", ""},
@@ -29,12 +28,9 @@ TEST(LoadImage, SaysWhatIsMissing) {
       {"/ColorSpace 7", "the colour space is broken"},
       {"/ColorSpace /DeviceGray /Width 0", "the image has no size"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.entries);
-    const auto document = document_with(c.entries);
-    const auto images = all_images(*document);
-    ASSERT_EQ(images.size(), 1u);
-    EXPECT_EQ(document->load_image(images[0]).problem, c.problem);
+  for (const auto& [entries, problem] : cases) {
+    const auto document = document_with(entries);
+    EXPECT_EQ(document->load_image(all_images(*document).at(0)).problem, problem) << entries;
   }
 }
 
@@ -43,38 +39,27 @@ TEST(LoadImage, DefaultSpacesStandIn) {
       "/ColorSpace << /DefaultGray [/CalGray << /WhitePoint [1 1 1] /Gamma 2 >>] "
       "/DefaultRGB [/Indexed /DeviceRGB 0 <000000>] /DefaultCMYK /DeviceGray >>";
   const struct {
-    const char* entry;
+    std::string entry;
     int family;
   } cases[] = {
-      {"/DeviceGray", 2},
-      {"[/DeviceGray]", 2},
-      {"[/Indexed /DeviceGray 0 <00>]", 8},
-      {"/DeviceRGB", 3},   // Its stand-in has one component.
-      {"/DeviceCMYK", 5},  // Likewise.
-      {"[/CalRGB << /WhitePoint [1 1 1] >>]", 4},
+      {"/DeviceGray", 2}, {"[/DeviceGray]", 2}, {"[/Indexed /DeviceGray 0 <00>]", 8}, {"[/CalRGB << /WhitePoint [1 1 1] >>]", 4},
+      {"/DeviceRGB", 3},  {"/DeviceCMYK", 5},  // Their stand-ins have one component.
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.entry);
-    const auto document = document_with("/BitsPerComponent 8 /ColorSpace " + std::string(c.entry), spaces);
+  for (const auto& [entry, family] : cases) {
+    const auto document = document_with("/BitsPerComponent 8 /ColorSpace " + entry, spaces);
     const CPDFLoadedImage loaded = document->load_image(all_images(*document).at(0));
-    ASSERT_NE(loaded.image->cs, nullptr);
-    EXPECT_EQ(loaded.image->cs->family, c.family);
+    ASSERT_NE(loaded.image->cs, nullptr) << entry;
+    EXPECT_EQ(loaded.image->cs->family, family) << entry;
   }
 }
 
 TEST(LoadImage, TheCodecSettlesTheDepth) {
-  const struct {
-    const char* entries;
-    int bpc;
-  } cases[] = {
+  const std::pair<const char*, int> cases[] = {
       {"/Filter /JPXDecode /BitsPerComponent 16", 8},
       {"/Filter [/ASCIIHexDecode /CCITTFaxDecode]", 1},
       {"/Filter /FlateDecode /BitsPerComponent 4", 4},
   };
-  for (const auto& c : cases) {
-    const auto document = document_with(c.entries);
-    EXPECT_EQ(all_images(*document).at(0).bpc, c.bpc) << c.entries;
-  }
+  for (const auto& [entries, bpc] : cases) EXPECT_EQ(all_images(*document_with(entries)).at(0).bpc, bpc) << entries;
 }
 
 TEST(OutputIntent, TheFirstProfileForCmyk) {

@@ -4,7 +4,6 @@
 #include <climits>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <limits>
 #include <string>
 
 #include "pdf/obj/access.h"
@@ -14,10 +13,8 @@ namespace {
 constexpr std::int64_t one = std::int64_t{1} << 26;
 
 TEST(ObjectValues, RealsFromText) {
-  const struct {
-    const char* text;
-    std::int64_t fixed;
-  } cases[] = {
+  const std::int64_t least = INT64_MIN, most = INT64_MAX;
+  const std::pair<const char*, std::int64_t> cases[] = {
       {"1.0", one},
       {"+.5", one / 2},
       {"-.5", -one / 2},
@@ -28,14 +25,14 @@ TEST(ObjectValues, RealsFromText) {
       {"-0.000000007450580596923828125", -1},
       {"0.99999999999999999999999999", one},
       {"137438953471.5", (std::int64_t{137438953471} << 26) + one / 2},
-      {"137438953472", std::numeric_limits<std::int64_t>::max()},
-      {"-99999999999999999999999.1", std::numeric_limits<std::int64_t>::min()},
-      {"137438953471.9999999999", std::numeric_limits<std::int64_t>::max()},
+      {"137438953472", most},
+      {"-99999999999999999999999.1", least},
+      {"137438953471.9999999999", most},
       {"", 0},
       {"-", 0},
       {"x1", 0},
   };
-  for (const auto& c : cases) EXPECT_EQ(pdfbmp::fixed_from_text(c.text), c.fixed) << c.text;
+  for (const auto& [text, fixed] : cases) EXPECT_EQ(pdfbmp::fixed_from_text(text), fixed) << text;
 }
 
 TEST(ObjectValues, EveryKindInADictionary) {
@@ -45,21 +42,17 @@ TEST(ObjectValues, EveryKindInADictionary) {
   CPDFObjHolder value;
   pdfbmp::convert_object(source, value);
   const CPDFDictionary* dict = value.dict();
-  ASSERT_NE(dict, nullptr);
-  EXPECT_EQ(dict->count, 9);  // Null is as if absent.
-  EXPECT_EQ(find_key(dict, "B")->type, PDF_BOOLEAN);
-  EXPECT_EQ(find_key(dict, "I")->as_int(), -7);
-  EXPECT_EQ(find_key(dict, "Big")->as_int(), INT_MAX);
-  EXPECT_EQ(find_key(dict, "Small")->as_int(), INT_MIN);
-  EXPECT_EQ(find_key(dict, "R")->as_fixed(), one / 4);
-  EXPECT_EQ(find_key(dict, "S")->as_int(), 3);
-  EXPECT_EQ(std::string(reinterpret_cast<char*>(find_key(dict, "S")->str_bytes), 3), std::string("a\0b", 3));
-  EXPECT_STREQ(find_key(dict, "Name")->name(), "x y");
-  const CPDFArray* array = find_key(dict, "A")->array();
+  ASSERT_TRUE(dict != nullptr && dict->count == 9);  // Null is as if absent.
+  const auto at = [&](const char* key) { return find_key(dict, key); };
+  EXPECT_EQ(at("B")->type, PDF_BOOLEAN);
+  EXPECT_TRUE(at("I")->as_int() == -7 && at("Big")->as_int() == INT_MAX && at("Small")->as_int() == INT_MIN);
+  EXPECT_EQ(at("R")->as_fixed(), one / 4);
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(at("S")->str_bytes), static_cast<std::size_t>(at("S")->as_int())), std::string("a\0b", 3));
+  EXPECT_STREQ(at("Name")->name(), "x y");
+  const CPDFArray* array = at("A")->array();
   ASSERT_EQ(array->count, 3);  // In an array null keeps its place.
-  EXPECT_EQ(array->items[1].array()->items[0].as_int(), 2);
-  EXPECT_EQ(array->items[2].type, PDF_EMPTY);
-  EXPECT_EQ(find_key(find_key(dict, "D")->dict(), "K")->as_int(), 1);
+  EXPECT_TRUE(array->items[1].array()->items[0].as_int() == 2 && array->items[2].type == PDF_EMPTY);
+  EXPECT_EQ(find_key(at("D")->dict(), "K")->as_int(), 1);
 }
 
 }  // namespace

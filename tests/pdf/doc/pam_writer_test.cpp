@@ -12,14 +12,6 @@ using Dialect = CPDFPamWriter::Dialect;
 
 const _KXRGBA red = {0, 0, 255, 255}, white = {255, 255, 255, 255}, gray = {9, 9, 9, 255};
 
-struct Case {
-  const char* name;
-  CPDFRasterInfo info;
-  std::string row;
-  Dialect dialect;
-  std::string suffix, file;
-};
-
 std::string pam_head(int width, int depth, int max_value, const char* type) {
   return "P7\nWIDTH " + std::to_string(width) + "\nHEIGHT 1\nDEPTH " + std::to_string(depth) + "\nMAXVAL " + std::to_string(max_value) +
          "\nTUPLTYPE " + type + "\nENDHDR\n";
@@ -38,7 +30,13 @@ TEST(PamWriter, WritesEveryFormatInBothDialects) {
   const auto rgba = info_of(1, CPDFPixelFormat::rgba8);
   const auto two = info_of(3, CPDFPixelFormat::indexed, 2, {red, white, red, gray});
   const auto grays = info_of(2, CPDFPixelFormat::indexed, 4, {white, gray});
-  const Case cases[] = {
+  const struct {
+    const char* name;
+    CPDFRasterInfo info;
+    std::string row;
+    Dialect dialect;
+    std::string suffix, file;
+  } cases[] = {
       {"bits", bits, "\xA0\x40", pam, "pam", pam_head(10, 1, 1, "BLACKANDWHITE") + std::string("\1\0\1\0\0\0\0\0\0\1", 10)},
       {"bits", bits, "\xA0\x40", pnm, "pbm", "P4\n10 1\n\x5F\xBF"},
       {"levels", levels, "ab", pam, "pam", pam_head(2, 1, 255, "GRAYSCALE") + "ab"},
@@ -51,12 +49,11 @@ TEST(PamWriter, WritesEveryFormatInBothDialects) {
       {"gray palette", grays, "\x10", pnm, "pgm", "P5\n2 1\n255\n\x09\xFF"},
       {"index past the palette", grays, "\x0F", pnm, "pgm", std::string("P5\n2 1\n255\n\xFF\0", 13)},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     MemorySink sink;
     CPDFPamWriter writer(sink, c.dialect);
-    ASSERT_TRUE(writer.begin(c.info)) << c.name;
-    EXPECT_TRUE(writer.write_row(reinterpret_cast<const unsigned char*>(c.row.data()))) << c.name;
-    EXPECT_TRUE(writer.finish()) << c.name;
+    const auto* row = reinterpret_cast<const unsigned char*>(c.row.data());
+    EXPECT_TRUE(writer.begin(c.info) && writer.write_row(row) && writer.finish()) << c.name;
     EXPECT_EQ(sink.text, c.file) << c.name;
     EXPECT_EQ(CPDFPamWriter::suffix_of(c.info, c.dialect), c.suffix) << c.name;
   }
