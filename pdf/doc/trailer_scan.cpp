@@ -52,9 +52,10 @@ Head last_object_of_type(const CPDFSource& source, std::string_view type) {
   constexpr std::int64_t piece = 1024 * 1024;
   constexpr std::int64_t overlap = 16 * 1024;  // How far a head may stand from its /Type.
   Head found;
-  std::string buffer(piece, '\0');
+  std::string buffer(static_cast<std::size_t>(std::min(piece, source.size())), '\0');
   for (std::int64_t start = 0; start < source.size(); start += piece - overlap) {
-    const std::int64_t got = source.read_at(start, buffer.data(), piece);
+    const auto room = static_cast<std::int64_t>(buffer.size());
+    const std::int64_t got = source.read_at(start, buffer.data(), room);
     if (got <= 0) break;
     const std::string_view text(buffer.data(), static_cast<std::size_t>(got));
     for (std::size_t at = text.find(type); at != npos; at = text.find(type, at + 1)) {

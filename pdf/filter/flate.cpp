@@ -25,7 +25,8 @@ class FlateStream : public CPDFWindowStream {
   FlateStream& operator=(const FlateStream&) = delete;
 
   bool allocate() {
-    state_ = static_cast<inflate_state*>(KXAlloc(sizeof(inflate_state)));
+    // Zeros: of broken data the inflater may deliver bytes of its own that it has never written.
+    state_ = static_cast<inflate_state*>(KXCalloc(1, sizeof(inflate_state)));
     return state_ != nullptr;
   }
 

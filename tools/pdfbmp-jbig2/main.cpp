@@ -7,14 +7,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <jbig2.h>
 #include <unistd.h>
 
-#include "pdf/filter/jbig2_segments.h"
 #include "tools/pdfbmp-jbig2/confine.h"
+#include "tools/pdfbmp-jbig2/page.h"
 #include "tools/pdfbmp-jbig2/protocol.h"
 
 namespace {
@@ -40,27 +38,6 @@ void write_all(const void* src, std::size_t n) {
   }
 }
 
-// An arithmetic coder may leave out the marker at the end of its data; the decoder
-// warns of it and goes on as it should.
-bool is_harmless(const char* message) {
-  return message != nullptr && std::strstr(message, "assuming terminating marker") != nullptr;
-}
-
-struct Problem {
-  char text[160] = "";
-
-  void say(const char* what) {
-    if (text[0] == '\0') std::snprintf(text, sizeof text, "%s", what);
-  }
-
-  static void on_message(void* self, const char* message, Jbig2Severity severity, std::uint32_t) {
-    if (severity < JBIG2_SEVERITY_WARNING || is_harmless(message)) return;
-    char text[sizeof Problem::text];
-    std::snprintf(text, sizeof text, "broken JBIG2 data: %s", message != nullptr ? message : "");
-    static_cast<Problem*>(self)->say(text);
-  }
-};
-
 struct Input {
   unsigned char* bytes = nullptr;
   std::size_t size = 0;
@@ -83,48 +60,7 @@ struct Input {
   }
 };
 
-// The decoder takes the memory of a page as soon as it is declared; so this is looked at first.
-bool page_fits(const Jbig2Segment& page, const Jbig2Request& request) {
-  if (page.data_bytes < 8) return false;
-  const auto number = [&](std::size_t at) {
-    return std::uint64_t{page.data[at]} << 24 | std::uint64_t{page.data[at + 1]} << 16 |
-           std::uint64_t{page.data[at + 2]} << 8 | page.data[at + 3];
-  };
-  const std::uint64_t width = number(0), height = number(4);
-  // A height that is not known yet begins as that of a stripe, and grows within the memory limit.
-  return height == 0xFFFFFFFF ? width <= request.max_pixels : width * height <= request.max_pixels;
-}
-
-// Hands on whole segments, one after the other, up to the first that is cut or does not decode.
-// Returns how many of them drew on the page.
-int decode_segments(Jbig2Ctx* context, const unsigned char* bytes, std::size_t size,
-                    const Jbig2Request& request, Problem& problem) {
-  int drawn = 0;
-  while (size > 0) {
-    const Jbig2Segment segment = read_segment(bytes, size);
-    if (!segment.whole) {
-      problem.say("the JBIG2 data ends early");
-      break;
-    }
-    if (segment.is_page() && !page_fits(segment, request)) {
-      problem.say("the JBIG2 page is larger than the limits allow");
-      return 0;
-    }
-    const bool was_good = problem.text[0] == '\0';
-    if (jbig2_data_in(context, bytes, segment.bytes) < 0) {
-      problem.say("broken JBIG2 data");
-      break;
-    }
-    if (was_good && problem.text[0] != '\0') break;
-    if (segment.is_drawn_region()) ++drawn;
-    if (segment.is_end_of_page()) break;
-    bytes += segment.bytes;
-    size -= segment.bytes;
-  }
-  return drawn;
-}
-
-void answer(const Jbig2Image* page, const Problem& problem) {
+void answer(const Jbig2Image* page, const Jbig2Problem& problem) {
   Jbig2Reply reply;
   if (page != nullptr && page->data != nullptr) {
     reply.width = page->width;
@@ -150,44 +86,16 @@ void answer(const Jbig2Image* page, const Problem& problem) {
   write_all(inverted, held);
 }
 
-// The page that the data describes, which the decoder owns; null where there is none.
-const Jbig2Image* decode(const Jbig2Request& request, const Input& input, Problem& problem) {
-  if (input.size < request.globals_bytes) return nullptr;
-  const auto globals_size = static_cast<std::size_t>(request.globals_bytes);
-  Jbig2GlobalCtx* globals = nullptr;
-  if (globals_size > 0) {
-    Jbig2Ctx* const context =
-        jbig2_ctx_new(nullptr, JBIG2_OPTIONS_EMBEDDED, nullptr, Problem::on_message, &problem);
-    if (context != nullptr) {
-      decode_segments(context, input.bytes, globals_size, request, problem);
-      globals = jbig2_make_global_ctx(context);  // Which takes the context over.
-    }
-  }
-  Jbig2Ctx* const context =
-      jbig2_ctx_new(nullptr, JBIG2_OPTIONS_EMBEDDED, globals, Problem::on_message, &problem);
-  if (context == nullptr) {
-    problem.say("no memory for the JBIG2 decoder");
-    return nullptr;
-  }
-  const bool any = decode_segments(context, input.bytes + globals_size, input.size - globals_size,
-                                   request, problem) > 0;
-  if (!any && problem.text[0] != '\0') return nullptr;
-  const Jbig2Image* page = jbig2_page_out(context);
-  if (page == nullptr && jbig2_complete_page(context) == 0) page = jbig2_page_out(context);
-  if (page == nullptr) problem.say("there is no page in the JBIG2 data");
-  return page;
-}
-
 }  // namespace
 
 int main() {
   Jbig2Request request;
   if (!read_all(&request, sizeof request) || !confine(request.max_bytes)) _exit(1);
   Input input;
-  Problem problem;
+  Jbig2Problem problem;
   const Jbig2Image* page = nullptr;
   if (input.load(static_cast<std::size_t>(request.max_bytes))) {
-    page = decode(request, input, problem);
+    page = decode_page(request, input.bytes, input.size, nullptr, problem);
   } else {
     problem.say("the JBIG2 data is larger than the limits allow");
   }
