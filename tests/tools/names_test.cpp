@@ -5,16 +5,6 @@
 
 namespace {
 
-TEST(Names, OfImages) {
-  CPDFFoundImage found;
-  found.page = 3;
-  found.object = 12;
-  EXPECT_EQ(image_file_name(found, 1), "0003-001-o12");
-  found.page = 12345;
-  found.kind = CPDFImageKind::inline_image;
-  EXPECT_EQ(image_file_name(found, 1000), "12345-1000-inline");
-}
-
 TEST(Names, FoldersStayApartAndInside) {
   FolderNames names;
   const char* const cases[][2] = {
