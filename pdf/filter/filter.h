@@ -18,6 +18,8 @@ class CPDFXRefTable;
 struct CPDFFilterLimits {
   std::int64_t max_pixels = std::int64_t{1} << 30;  ///< Of a codec's own header (DCT, JPX, JBIG2).
   std::int64_t max_codec_bytes = std::int64_t{1} << 30;  ///< Held by one codec (progressive, JPX).
+  /// That one filter delivers to the next, where the data in the file is not as long itself.
+  std::int64_t max_stage_bytes = std::int64_t{1} << 30;
   int max_filters = 16;                                  ///< Filters in one chain.
   int max_scans = 100;                                   ///< Scans of a progressive JPEG.
 };

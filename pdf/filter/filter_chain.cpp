@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "pdf/filter/bounded_stream.h"
 #include "pdf/filter/filter_table.h"
 #include "pdf/filter/measured_stream.h"
 #include "pdf/obj/access.h"
@@ -88,6 +89,11 @@ class FilterList {
         return nullptr;
       }
       if (stream->length == 0) stream->length = encoded_length;  // A hint for who loads it whole.
+      if (i + 1 == count()) break;
+      stream = pdfbmp::make_bounded_stream(
+          std::move(stream), std::max<std::int64_t>(limits.max_stage_bytes, encoded_length),
+          report);
+      if (stream == nullptr) return nullptr;
     }
     return pdfbmp::make_measured_stream(std::move(stream), std::move(report));
   }

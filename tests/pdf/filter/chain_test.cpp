@@ -51,6 +51,20 @@ TEST(Chain, DecodesInTheOrderOfItsNames) {
   }
 }
 
+TEST(Chain, BoundsWhatOneFilterDeliversToTheNext) {
+  CPDFObjHolder dict;
+  testing_support::parse_pdf("<</Filter[/Fl/AHx]>>", dict);
+  CPDFFilterLimits limits;
+  limits.max_stage_bytes = 1000;
+  for (const int blanks : {990, 100'000}) {
+    const auto report = std::make_shared<CPDFDecodeReport>();
+    const std::string encoded = deflate(std::string(static_cast<std::size_t>(blanks), ' ') + "41>");
+    const auto stream = pdfbmp::make_filter_chain(stream_over(encoded), *dict.dict(), nullptr, limits, report);
+    EXPECT_EQ(read_all(*stream, 77), blanks < 1000 ? "A" : "");
+    EXPECT_EQ(report->problem.find("limits") != std::string::npos, blanks > 1000) << report->problem;
+  }
+}
+
 TEST(Chain, TellsDamageWithAReadThatGotTooLittle) {
   CPDFDictionary dict;
   dict.set("Filter")->set_name("FlateDecode");
