@@ -31,6 +31,7 @@ TEST(InlineData, EndsWhereItEnds) {
       {"a filter that sees no end", gray + " /F /AHx", " 4142 EI Q", "4142", " Q"},
       {"a filter's end right before EI", gray + " /F /AHx", " 4142434445464748>EI Q", "4142434445464748>", " Q"},
       {"an unknown filter", gray + " /F /What", " ab EI Q", "ab", " Q"},
+      {"EI that ends the content", gray, " 12345678 EI", "12345678", ""},
       {"no EI", gray, " abc", "abc", ""},
       {"nothing at all", gray, "", "", ""},
   };
