@@ -20,8 +20,8 @@ struct CPDFFilterLimits {
   std::int64_t max_codec_bytes = std::int64_t{1} << 30;  ///< Held by one codec (progressive, JPX).
   /// That one filter delivers to the next, where the data in the file is not as long itself.
   std::int64_t max_stage_bytes = std::int64_t{1} << 30;
-  int max_filters = 16;                                  ///< Filters in one chain.
-  int max_scans = 100;                                   ///< Scans of a progressive JPEG.
+  int max_filters = 16;  ///< Filters in one chain.
+  int max_scans = 100;   ///< Scans of a progressive JPEG.
 };
 
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,

@@ -68,8 +68,6 @@ TEST(NativeFile, PassesTheCodecsBytesOn) {
       {"G4, aligned", columns + "/K -1 /EncodedByteAlign true >>", fax(-1, false, FaxAlign::row), "", "", "", ""},
       {"G3", columns + ">>", fax(0, true), "tif", "", fax(0, true), "", 3, 0, 0},
       {"G3, two dimensions", columns + "/K 1 >>", fax(1, true), "tif", "", fax(1, true), "", 3, 1, 0},
-      {"G3, aligned codes", columns + "/EncodedByteAlign true >>", fax(0, true, FaxAlign::code), "tif", "", fax(0, true, FaxAlign::code),
-       "", 3, 4, 0},
       {"G3 without codes", columns + ">>", fax(0, false), "", "", "", ""},
       {"G3, aligned rows", columns + "/EncodedByteAlign true >>", fax(0, false, FaxAlign::row), "tif", "", fax(0, false, FaxAlign::row), "",
        2, 0, 0},
