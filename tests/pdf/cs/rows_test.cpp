@@ -6,13 +6,13 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "tests/pdf/cs/grid_table.h"
 #include "tests/support/guarded.h"
+#include "tests/support/row_functions.h"
 
 namespace {
 
@@ -36,9 +36,9 @@ const unsigned short* grid(bool guard_behind) {
   return reinterpret_cast<const unsigned short*>(at);
 }
 
-/// 512 bytes that serve as a table of any entry size.
-const std::array<_KXRGBA, 256>& entries() {
-  static const auto table = [] {
+/// With a CMYK table that ends, and one that begins, where the next byte is a fault.
+std::vector<RowFunction> all_rows() {
+  static const auto entries = [] {
     std::array<_KXRGBA, 256> all;
     std::mt19937 random(2);
     for (_KXRGBA& entry : all) {
@@ -47,69 +47,10 @@ const std::array<_KXRGBA, 256>& entries() {
     }
     return all;
   }();
-  return table;
-}
-
-/// One row function, whatever its type.
-struct Row {
-  std::string name;
-  size_t in, step, in_bits;  ///< Source bytes a pixel (or bits a sample), pixels a result.
-  size_t out;                ///< Bytes a result.
-  std::function<void(const CPDFRows&, unsigned char* dst, const unsigned char* src, size_t n)> call;
-
-  size_t source_bytes(size_t n) const {
-    if (n == 0) return 0;
-    return in_bits ? (n * in_bits + 7) / 8 : ((n - 1) * step + 1) * in;
+  std::vector<RowFunction> all = row_functions({entries.data(), grid(true), grid_entries});
+  for (RowFunction& row : row_functions({entries.data(), grid(false), grid_entries})) {
+    if (row.name.find("grid") != std::string::npos) all.push_back(std::move(row));
   }
-};
-
-_KXRGBA* pixels(unsigned char* dst) { return reinterpret_cast<_KXRGBA*>(dst); }
-
-std::vector<Row> all_rows() {
-  std::vector<Row> all;
-  for (size_t s = 0; s < 3; ++s) {
-    const size_t step = size_t{1} << s;
-    const std::string suffix = "/" + std::to_string(step);
-    const auto rgba = [&](const char* name, size_t in, CPDFRows::Rgba(CPDFRows::*row)[3]) {
-      all.push_back(
-          {name + suffix, in, step, 0, 4, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)[s](pixels(dst), src, n); }});
-    };
-    rgba("rgba_from_gray", 1, &CPDFRows::rgba_from_gray);
-    rgba("rgba_from_rgb", 3, &CPDFRows::rgba_from_rgb);
-    rgba("rgba_from_cmyk", 4, &CPDFRows::rgba_from_cmyk);
-    for (const bool guard_behind : {true, false}) {
-      const unsigned short* table = grid(guard_behind);
-      all.push_back(
-          {(guard_behind ? "rgba_from_cmyk_grid" : "rgba_from_cmyk_grid_begin") + suffix, 4, step, 0, 4,
-           [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_cmyk_grid[s](pixels(dst), src, n, table, grid_entries); }});
-    }
-    all.push_back({"rgba_from_8bit" + suffix, 1, step, 0, 4,
-                   [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_8bit[s](pixels(dst), src, n, entries().data()); }});
-  }
-  const auto bytes = [&](const char* name, size_t in, size_t out, CPDFRows::Bytes CPDFRows::*row) {
-    all.push_back({name, in, 1, 0, out, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n); }});
-  };
-  bytes("gray_from_gray", 1, 2, &CPDFRows::gray_from_gray);
-  bytes("gray_from_rgb", 3, 2, &CPDFRows::gray_from_rgb);
-  bytes("gray_from_cmyk", 4, 2, &CPDFRows::gray_from_cmyk);
-  bytes("average4", 4, 1, &CPDFRows::average4);
-  bytes("complement", 1, 1, &CPDFRows::complement);
-  bytes("rgb_from_rgba", 4, 3, &CPDFRows::rgb_from_rgba);
-  // The opacity stands behind the colours of the row.
-  const auto with_alpha = [&](const char* name, size_t in, CPDFRows::BytesAlpha CPDFRows::*row) {
-    all.push_back({name, in, 1, 0, in, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n, src + n * (in - 1)); }});
-  };
-  with_alpha("rgba_from_rgb_and_alpha", 4, &CPDFRows::rgba_from_rgb_and_alpha);
-  with_alpha("gray_alpha_from_gray_and_alpha", 2, &CPDFRows::gray_alpha_from_gray_and_alpha);
-  const auto table = [&](const char* name, size_t bits, size_t out, CPDFRows::BytesTable CPDFRows::*row) {
-    all.push_back({name, 0, 1, bits, out, [=](auto& rows, auto dst, auto src, size_t n) { (rows.*row)(dst, src, n, &entries()[0].b); }});
-  };
-  table("gray_from_8bit", 8, 2, &CPDFRows::gray_from_8bit);
-  table("bytes_from_8bit", 8, 1, &CPDFRows::bytes_from_8bit);
-  table("gray_from_1bit", 1, 2, &CPDFRows::gray_from_1bit);
-  table("bytes_from_1bit", 1, 1, &CPDFRows::bytes_from_1bit);
-  all.push_back({"rgba_from_1bit", 0, 1, 1, 4,
-                 [=](auto& rows, auto dst, auto src, size_t n) { rows.rgba_from_1bit(pixels(dst), src, n, entries().data()); }});
   return all;
 }
 
@@ -128,7 +69,7 @@ void fill(unsigned char* bytes, size_t count, int way, std::mt19937& random) {
 
 /// Runs `row` twice over a destination of different old bytes and compares with `expected`; the
 /// bytes round the results must stay.
-testing::AssertionResult same(const Row& row, const CPDFRows& rows, unsigned char* dst, const unsigned char* src, size_t n,
+testing::AssertionResult same(const RowFunction& row, const CPDFRows& rows, unsigned char* dst, const unsigned char* src, size_t n,
                               const std::vector<unsigned char>& expected, size_t margin) {
   for (const int old : {0x5A, 0xA5}) {
     const size_t bytes = n * row.out;
@@ -154,7 +95,7 @@ TEST(Rows, EveryPathEqualsScalarAtEveryLength) {
   for (const CPDFCpu cpu : vector_paths()) {
     const CPDFRows rows = rows_of(cpu);
     std::mt19937 random(3);
-    for (const Row& row : all_rows()) {
+    for (const RowFunction& row : all_rows()) {
       for (size_t n = 0; n <= longest; ++n) {
         for (int way = 0; way < 4; ++way) {
           const size_t size = row.source_bytes(n);
@@ -174,23 +115,6 @@ TEST(Rows, EveryPathEqualsScalarAtEveryLength) {
   }
 }
 
-TEST(Rows, GrayOfEveryRgb) {
-  std::vector<unsigned char> source(256 * 256 * 3), expected(256 * 256 * 2), result(256 * 256 * 2);
-  for (int r = 0; r < 256; ++r) {
-    for (int i = 0; i < 256 * 256; ++i) {
-      const auto at = static_cast<size_t>(i) * 3;
-      source[at] = static_cast<unsigned char>(r);
-      source[at + 1] = static_cast<unsigned char>(i >> 8);
-      source[at + 2] = static_cast<unsigned char>(i);
-      const int luma = (306 * r + 601 * (i >> 8) + 117 * (i & 255)) >> 10;
-      expected[static_cast<size_t>(i) * 2] = static_cast<unsigned char>(luma);
-      expected[static_cast<size_t>(i) * 2 + 1] = 255;
-    }
-    rows().gray_from_rgb(result.data(), source.data(), 256 * 256);
-    ASSERT_EQ(result, expected) << r;
-  }
-}
-
 // All four inks at every 5th level and the levels round the ends of the table's cells, through the
 // formula and the table.
 TEST(Rows, CmykOnADenseGrid) {
@@ -206,7 +130,7 @@ TEST(Rows, CmykOnADenseGrid) {
   }
   const size_t n = source.size() / 4;
   std::vector<unsigned char> expected(n * 4), result(n * 4);
-  for (const Row& row : all_rows()) {
+  for (const RowFunction& row : all_rows()) {
     if (row.in != 4 || row.step != 1 || row.out == 1) continue;
     for (const unsigned char c : levels) {
       for (size_t i = 0; i < n; ++i) source[4 * i] = c;

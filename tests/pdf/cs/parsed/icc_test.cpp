@@ -1,6 +1,4 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include <thread>
-
 #include "tests/pdf/cs/parsed/cie_reference.h"
 #include "tests/pdf/cs/parsed/profiles.h"
 
@@ -67,22 +65,6 @@ TEST(IccBased, ConvertsByTheProfile) {
   for (int l = 0; l < 256; l += 51)
     for (int a = 0; a < 256; a += 51)
       expect_near(rgb_of(*lab, {l, a, 140}), srgb_of_lab(l / 2.55, a - 128, 12, {0.9642, 1, 0.8249}), 2, "Lab profile");
-}
-
-TEST(IccBased, SharesProfilesBetweenThreads) {
-  TextXRef xref;
-  for (int i = 1; i <= 20; ++i) xref.add_stream(i, "<</N 3>>", rgb_profile(1 + i / 10.0));
-  const auto run = [&xref] {
-    for (int round = 0; round < 3; ++round)
-      for (int i = 1; i <= 20; ++i) {
-        const auto space = space_of("[/ICCBased " + std::to_string(i) + " 0 R]", &xref);
-        const int want = srgb_encode(std::pow(100 / 255.0, 1 + i / 10.0));
-        expect_near(rgb_of(*space, {100, 100, 100}), {want, want, want}, 2, "shared");
-      }
-  };
-  std::thread a(run), b(run);
-  a.join();
-  b.join();
 }
 
 }  // namespace
