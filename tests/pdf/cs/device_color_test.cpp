@@ -202,25 +202,4 @@ TEST(DeviceColor, RunsEqualSingleColors) {
   }
 }
 
-// Rows that overlap are walked pixel by pixel: an expansion in place from the end of its own buffer
-// is whole, and one from its beginning reads what it has written.
-TEST(DeviceColor, OverlappingRuns) {
-  CPDFCSDeviceGray cs;
-  constexpr int n = 100;
-  std::vector<_KXRGBA> row(n);
-  auto* bytes = reinterpret_cast<unsigned char*>(row.data());
-  for (int i = 0; i < n; ++i) bytes[3 * n + i] = static_cast<unsigned char>(i);
-  cs.batch_rgb(row.data(), bytes + 3 * n, n);
-  for (int i = 0; i < n; ++i) EXPECT_EQ(row[static_cast<size_t>(i)].g, i);
-
-  for (int i = 0; i < n; ++i) bytes[i] = static_cast<unsigned char>(i);
-  cs.batch_rgb(row.data(), bytes, n);
-  std::vector<int> expected = {0, 0, 0, 255};  // samples 1 to 3 have become the first pixel
-  for (size_t i = 1; i < n; ++i) {
-    const int v = expected[i];
-    expected.insert(expected.end(), {v, v, v, 255});
-  }
-  for (size_t i = 0; i < n; ++i) EXPECT_EQ(bytes[4 * i], expected[4 * i]) << i;
-}
-
 }  // namespace

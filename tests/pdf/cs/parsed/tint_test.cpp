@@ -91,21 +91,4 @@ TEST_F(Tint, RefusesWhatDoesNotFit) {
   }
 }
 
-TEST_F(Tint, OverlappingRunsAreConvertedInOrder) {
-  // In place: what a pixel writes is what the next ones read.
-  const auto space = space_of("[/DeviceN [/A /B] /DeviceRGB 3 0 R]", &xref);
-  ASSERT_TRUE(space);
-  constexpr std::size_t pixels = 100;
-  for (const std::size_t step : {1U, 2U, 4U}) {
-    std::vector<_KXRGBA> want(pixels), got(pixels);
-    auto* bytes = reinterpret_cast<unsigned char*>(want.data());
-    for (std::size_t i = 0; i < pixels * 4; ++i) bytes[i] = static_cast<unsigned char>(i * 7);
-    got = want;
-    for (std::size_t i = 0; i < pixels; i += step) space->get_rgb(color_of({bytes[i * 2], bytes[i * 2 + 1]}), want[i / step]);
-    const auto batch = step == 1 ? &CPDFCSBase::batch_rgb : step == 2 ? &CPDFCSBase::batch_rgb2 : &CPDFCSBase::batch_rgb4;
-    (*space.*batch)(got.data(), reinterpret_cast<unsigned char*>(got.data()), pixels * 2);
-    for (std::size_t i = 0; i < pixels; ++i) ASSERT_TRUE(got[i].r == want[i].r && got[i].g == want[i].g && got[i].b == want[i].b) << i;
-  }
-}
-
 }  // namespace
