@@ -4,10 +4,10 @@
 //
 // The input is read as a list of orders, a byte each, with their operands behind them: what the
 // value at hand becomes, a step into it, or a step out.
-#include <cstring>
-
 #include "fuzz/target.h"
-#include "pdf/obj/object.h"
+#include "tests/support/object_text.h"
+
+using testing_support::text_of;
 
 namespace {
 
@@ -17,45 +17,6 @@ std::string name_from(FuzzInput& in) {
   std::string name(in.text(in.byte() % 15));
   for (char& c : name) c = static_cast<char>(c | 1);  // No NUL inside.
   return name;
-}
-
-void write(const CPDFObj& obj, std::string& out);
-
-void write(const CPDFDictionary& dict, std::string& out) {
-  for (int i = 0; i < dict.count; ++i) {
-    require(i == 0 || std::strcmp(CPDFDictionary::key_of(dict.items[i - 1]), CPDFDictionary::key_of(dict.items[i])) < 0);
-    write(*dict.items[i], out.append(CPDFDictionary::key_of(dict.items[i])));
-  }
-}
-
-void write(const CPDFObj& obj, std::string& out) {
-  out += std::to_string(obj.type) + ':';
-  if (obj.type >= PDF_STRING && obj.type != PDF_REFERENCE && obj.str_bytes == nullptr && obj.value == 0) {
-    return require(memory_failed());  // A copy for whose inside there was none.
-  }
-  switch (obj.type) {
-    case PDF_STRING:
-      out.append(reinterpret_cast<const char*>(obj.str_bytes), static_cast<std::size_t>(obj.as_int()) + 1);
-      require(out.back() == '\0');
-      break;
-    case PDF_NAME: out += obj.name(); break;
-    case PDF_ARRAY:
-      for (int i = 0; i < obj.array()->count; ++i) write(obj.array()->items[i], out);
-      break;
-    case PDF_DICTIONARY: write(*obj.dict(), out); break;
-    case PDF_STREAM:
-      write(obj.stream()->dict, out);
-      for (const std::uint64_t word : obj.stream()->location) out += std::to_string(word) + ' ';
-      break;
-    default: out += std::to_string(obj.value);
-  }
-  out += '.';
-}
-
-std::string written(const CPDFObj& obj) {
-  std::string out;
-  write(obj, out);
-  return out;
 }
 
 // One order on `obj`. Returns the value that the next order is for: `obj`, or one inside it.
@@ -107,11 +68,11 @@ std::string run_target(FuzzInput in, bool) {
   copy.set_name("what the copy replaces");
   copy.copy_from(&root);
   second.copy_from(&copy);
-  const std::string of_root = written(root), of_copy = written(copy);
+  const std::string of_root = text_of(root), of_copy = text_of(copy);
   require(memory_failed() || of_root == of_copy);
   root.free();
-  require(root.type == PDF_EMPTY && written(copy) == of_copy);
-  require(memory_failed() || written(second) == of_root);
+  require(root.type == PDF_EMPTY && text_of(copy) == of_copy);
+  require(memory_failed() || text_of(second) == of_root);
   copy.copy_from(nullptr);
   require(copy.type == PDF_EMPTY);
   return of_root;

@@ -10,40 +10,12 @@
 #include "pdf/obj/access.h"
 #include "pdf/obj/fixed.h"
 #include "tests/support/fault_alloc.h"
+#include "tests/support/object_text.h"
 #include "tests/support/pdf_text.h"
 
 using namespace testing_support;
 
 namespace {
-
-/// A value as text, every byte of it.
-std::string text_of(const CPDFObj& obj);
-std::string text_of(const CPDFDictionary& dict) {
-  std::string out = "<<";
-  for (int i = 0; i < dict.count; ++i) out += std::string("/") + CPDFDictionary::key_of(dict.items[i]) + " " + text_of(*dict.items[i]);
-  return out + ">> ";
-}
-std::string text_of(const CPDFObj& obj) {
-  std::string out = "[";
-  if (obj.type >= PDF_ARRAY && obj.value == 0) return "lost ";
-  switch (obj.type) {
-    case PDF_STRING:
-      if (obj.str_bytes == nullptr) return "() " + std::to_string(obj.value);
-      EXPECT_EQ(obj.str_bytes[obj.as_int()], 0);
-      return "(" + std::string(obj.str_bytes, obj.str_bytes + obj.as_int()) + ") ";
-    case PDF_NAME:
-      return std::string("/") + obj.name() + " ";
-    case PDF_ARRAY:
-      for (int i = 0; i < obj.array()->count; ++i) out += text_of(obj.array()->items[i]);
-      return out + "] ";
-    case PDF_DICTIONARY:
-      return text_of(*obj.dict());
-    case PDF_STREAM:
-      return "stream" + std::to_string(obj.stream()->location[1]) + text_of(obj.stream()->dict);
-    default:
-      return std::to_string(obj.type) + ":" + std::to_string(obj.value) + " ";
-  }
-}
 
 const char* const values[] = {"null",   "true",         "-5",     "[1 [2 (x)] <</B 1 /A [/N]>> 3 0 R]",
                               "2.5",    "()",           "(text)", "<</C <</D (y)>> /B 0.5 /A true>>",
@@ -90,7 +62,7 @@ TEST(Object, OddSources) {
                      {PDF_STRING, INT_MIN, bytes, "() 0"},
                      {PDF_STRING, 5, nullptr, "() 0"},
                      {77, 5, nullptr, "77:5 "},
-                     {PDF_STREAM, 0, nullptr, "stream0<<>> "}};
+                     {PDF_STREAM, 0, nullptr, "stream0 0 0 0 <<>> "}};
   CPDFObjHolder copy;
   for (const auto& c : cases) {
     CPDFObj source;
