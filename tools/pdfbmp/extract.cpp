@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tools/pdfbmp/chosen_images.h"
@@ -91,14 +90,8 @@ class Extraction {
       return outcome != Outcome::no_output;
     };
     messages_.progress(0, images.size());
-    OrderedJobs(images.size(), thread_count(), work, emit).run();
+    OrderedJobs(images.size(), thread_count(options_.jobs), work, emit).run();
     return outcome;
-  }
-
-  std::size_t thread_count() const {
-    if (options_.jobs > 0) return static_cast<std::size_t>(options_.jobs);
-    const unsigned processors = std::thread::hardware_concurrency();
-    return processors == 0 ? 1 : processors;
   }
 
   // Gives one image's file its place and says what became of it.

@@ -2,11 +2,11 @@
 #include "tools/pdfbmp/extract_image.h"
 
 #include <new>
-#include <vector>
 
 #include "pdf/doc/native_file.h"
 #include "pdf/doc/pam_writer.h"
 #include "pdf/doc/png_writer.h"
+#include "tools/pdfbmp/copy_rows.h"
 #include "tools/pdfbmp/picture.h"
 
 namespace {
@@ -49,20 +49,6 @@ CPDFRasterInfo described(const CPDFRasterInfo& info, const CPDFFoundImage& found
   return result;
 }
 
-enum class Copied { all, unread, unwritten };
-
-Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRasterInfo& info) {
-  std::vector<unsigned char> row(static_cast<std::size_t>(info.row_bytes()));
-  if (!writer.begin(info)) return Copied::unwritten;
-  for (int y = 0; y < info.height; ++y) {
-    if (!picture.reader->read_row(row.data())) return Copied::unread;
-    // Where not even the first row arrived the others would only be blank, however many.
-    if (y == 0 && delivery_of(picture).rows == 0) return Copied::unread;
-    if (!writer.write_row(row.data())) return Copied::unwritten;
-  }
-  return writer.finish() ? Copied::all : Copied::unwritten;
-}
-
 // A codec's data holds no other picture than its own.
 bool has_own_data(const CPDFFoundImage& found, PictureKind kind) {
   const bool is_mask = found.kind == CPDFImageKind::mask || found.kind == CPDFImageKind::smask;
@@ -98,11 +84,6 @@ bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const s
 
 void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
              const Options& options, Output& output, ExtractedImage& result) {
-  if (std::int64_t{found.width} * found.height > options.max_pixels) {
-    result.error = "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
-                   " pixels are more than --max-pixels allows";
-    return;
-  }
   if (options.format == FileFormat::native &&
       extract_native(document, found, name, options, output, result)) {
     return;

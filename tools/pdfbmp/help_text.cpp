@@ -29,7 +29,7 @@ std::vector<HelpSection> program_sections() {
        "",
        {},
        {"pdfbmp list report.pdf", "pdfbmp extract report.pdf -o pictures",
-        "pdfbmp extract --help"}},
+        "pdfbmp gallery report.pdf -o report.html", "pdfbmp extract --help"}},
       {"Environment",
        "",
        {{"NO_COLOR", "where it is set and not empty, messages on a terminal have no colour"},
@@ -104,10 +104,28 @@ std::vector<HelpSection> extract_sections() {
   };
 }
 
+std::vector<HelpSection> gallery_sections() {
+  return {
+      {"The page",
+       "Shows every image as a thumbnail with its facts and with what went wrong. It is one file "
+       "that loads nothing else, and reads without scripts too; with them it can be filtered and "
+       "put in order.",
+       {},
+       {}},
+      {"Examples",
+       "",
+       {},
+       {"pdfbmp gallery report.pdf -o report.html",
+        "pdfbmp gallery -f 10 -l 20 --min-size 50 scans.pdf -o scans.html"}},
+      exit_status,
+  };
+}
+
 }  // namespace
 
 std::vector<HelpSection> help_sections(const std::string& command) {
   if (command == "list") return list_sections();
   if (command == "extract") return extract_sections();
+  if (command == "gallery") return gallery_sections();
   return program_sections();
 }

@@ -4,9 +4,26 @@
 #include <new>
 
 #include "tools/pdfbmp/extract.h"
+#include "tools/pdfbmp/gallery.h"
 #include "tools/pdfbmp/list.h"
 #include "tools/pdfbmp/messages.h"
 #include "tools/pdfbmp/options.h"
+
+namespace {
+
+Outcome run(const Options& options, Messages& messages) {
+  switch (options.command) {
+    case Command::list:
+      return run_list(options, messages);
+    case Command::extract:
+      return run_extract(options, messages);
+    case Command::gallery:
+      return run_gallery(options, messages);
+  }
+  return Outcome::usage;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   // A reader that goes away is an output that cannot be written, told as any other.
@@ -16,8 +33,7 @@ int main(int argc, char** argv) {
     if (const auto outcome = parse_options(argc, argv, options)) return exit_code_of(*outcome);
     Messages messages(options.quiet, options.files.size());
     try {
-      return exit_code_of(options.command == Command::list ? run_list(options, messages)
-                                                           : run_extract(options, messages));
+      return exit_code_of(run(options, messages));
     } catch (const std::bad_alloc&) {
       messages.error("", "not enough memory");
     }

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr const char* common_group = "Options of every command";
+constexpr const char* several_files = "PDF files; - is standard input";
 
 // The number that is all of the text, from 0.
 std::optional<int> number_of(const std::string& text) {
@@ -47,7 +48,6 @@ void add_common_options(CLI::App& app, Options& options) {
   const CLI::Validator page = CLI::Range(1, std::numeric_limits<int>::max()).description("");
   const CLI::Validator count =
       CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description("");
-  app.add_option("FILE", options.files, "PDF files; - is standard input")->required();
   app.add_option("-f,--first", options.first_page, "First page")->check(page)->type_name("PAGE");
   app.add_option("-l,--last", options.last_page, "Last page")->check(page)->type_name("PAGE");
   app.add_option_function<std::string>(
@@ -66,6 +66,20 @@ void add_common_options(CLI::App& app, Options& options) {
       ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "No progress and no warnings, errors only");
   for (CLI::Option* option : app.get_options()) option->group(common_group);
+}
+
+CLI::Option* add_files(CLI::App& app, Options& options, const char* description) {
+  return app.add_option("FILE", options.files, description)->required()->group(common_group);
+}
+
+void add_decoding_options(CLI::App& app, Options& options) {
+  app.add_option("--cmyk-profile", options.cmyk_profile,
+                 "ICC profile that DeviceCMYK is converted by; output-intent takes the one in "
+                 "each document")
+      ->type_name("FILE");
+  app.add_option("-j,--jobs", options.jobs, "Images decoded at a time (one a processor)")
+      ->check(CLI::Range(0, 1024).description(""))
+      ->type_name("N");
 }
 
 // An option that takes one of a few words.
@@ -90,6 +104,7 @@ void add_choice(CLI::App& app, const std::string& name, const std::string& descr
 
 void add_list(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "Shows the images of PDF files and their properties");
+  add_files(*list, options, several_files);
   add_common_options(*list, options);
   list->add_flag("--json", options.json, "One JSON object a line instead of a table");
   list->callback([&options] { options.command = Command::list; });
@@ -97,6 +112,7 @@ void add_list(CLI::App& app, Options& options) {
 
 void add_extract(CLI::App& app, Options& options) {
   CLI::App* extract = app.add_subcommand("extract", "Writes the images of PDF files as bitmaps");
+  add_files(*extract, options, several_files);
   add_common_options(*extract, options);
   extract
       ->add_option("-o,--output", options.output,
@@ -117,14 +133,7 @@ void add_extract(CLI::App& app, Options& options) {
                            {"mask", PictureKind::mask},
                            {"mono", PictureKind::mono}},
                           options.kind);
-  extract
-      ->add_option("--cmyk-profile", options.cmyk_profile,
-                   "ICC profile that DeviceCMYK is converted by; output-intent takes the one in "
-                   "each document")
-      ->type_name("FILE");
-  extract->add_option("-j,--jobs", options.jobs, "Images decoded at a time (one a processor)")
-      ->check(CLI::Range(0, 1024).description(""))
-      ->type_name("N");
+  add_decoding_options(*extract, options);
   extract->add_flag("--json", options.json,
                     "One JSON object a line on standard output for every image");
   extract->callback([&options] {
@@ -135,6 +144,18 @@ void add_extract(CLI::App& app, Options& options) {
       throw CLI::ValidationError("--format", "native is for --kind auto and mask");
     }
   });
+}
+
+void add_gallery(CLI::App& app, Options& options) {
+  CLI::App* gallery =
+      app.add_subcommand("gallery", "Shows the images of a PDF file on one HTML page");
+  add_files(*gallery, options, "PDF file; - is standard input")->expected(1);
+  add_common_options(*gallery, options);
+  gallery->add_option("-o,--output", options.output, "The page; - is standard output")
+      ->required()
+      ->type_name("OUT.html");
+  add_decoding_options(*gallery, options);
+  gallery->callback([&options] { options.command = Command::gallery; });
 }
 
 OptionHelp help_of(const CLI::Option& option) {
@@ -231,6 +252,7 @@ std::optional<Outcome> parse_options(int argc, const char* const* argv, Options&
   app.require_subcommand(1);
   add_list(app, options);
   add_extract(app, options);
+  add_gallery(app, options);
   add_generate(app);
   try {
     app.parse(argc, argv);

@@ -9,7 +9,7 @@
 
 #include "tools/pdfbmp/exit_code.h"
 
-enum class Command { list, extract };
+enum class Command { list, extract, gallery };
 enum class FileFormat { png, pam, pnm, native };
 
 /// Which bitmap of an image is wanted.
@@ -27,7 +27,8 @@ struct Options {
   bool json = false;
   bool quiet = false;
 
-  std::string output;  ///< A folder, or "-" for a tar stream on standard output.
+  /// A folder, or for the gallery a file; "-" for standard output (a tar stream, or the page).
+  std::string output;
   FileFormat format = FileFormat::png;
   PictureKind kind = PictureKind::automatic;
   std::string cmyk_profile;  ///< A file, or "output-intent"; empty for the plain formula.

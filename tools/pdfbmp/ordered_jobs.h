@@ -10,6 +10,13 @@
 #include <utility>
 #include <vector>
 
+/// Threads for so many jobs at a time; 0 asks for one a processor.
+inline std::size_t thread_count(int jobs) {
+  if (jobs > 0) return static_cast<std::size_t>(jobs);
+  const unsigned processors = std::thread::hardware_concurrency();
+  return processors == 0 ? 1 : processors;
+}
+
 /// Does work(0) ... work(count - 1) on up to `threads` threads, and hands the results to
 /// emit(i, result) on the calling thread, in order. Work runs ahead of emit by twice the threads at
 /// most, so results do not pile up. Work must not throw.

@@ -116,6 +116,11 @@ std::string words_of(const CPDFDecodeReport& report) {
 
 Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const Options& options) {
   Picture picture;
+  if (std::int64_t{found.width} * found.height > options.max_pixels) {
+    picture.problem = "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
+                      " pixels are more than --max-pixels allows";
+    return picture;
+  }
   picture.loaded = document.load_image(found);
   CPDFImage* image = picture.loaded.image.get();
   if (image == nullptr) {
