@@ -84,6 +84,8 @@ bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const s
 
 void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
              const Options& options, Output& output, ExtractedImage& result) {
+  result.error = too_many_pixels(found, options);
+  if (!result.error.empty()) return;
   if (options.format == FileFormat::native &&
       extract_native(document, found, name, options, output, result)) {
     return;

@@ -69,49 +69,45 @@ class Gallery {
   }
 
  private:
-  // A piece of the page; what became of the images is known for the last one.
+  // A piece of the page; what became of the images is known for the one behind them.
   std::string filled(std::string_view html, CPDFDocument& document, std::size_t images) const {
     const std::string name =
         file_ == "-" ? "standard input" : std::filesystem::path(file_).filename().string();
     const std::string outcome =
         problems_ == 0 ? "All images were decoded."
                        : count_of(problems_, "image") + " could not be decoded, or only partly.";
-    const std::string summary = count_of(images, "image") + " in " +
+    const std::string summary = count_of(images, "image") + ", " +
                                 count_of(static_cast<std::size_t>(document.page_count()), "page");
     return fill_html(html, {{"title", html_text(name)},
                             {"summary", summary},
                             {"outcome", images == 0 ? "There are no images." : outcome},
                             {"version", PDFBMP_VERSION},
-                            {"style", gallery_parts::style_css},
-                            {"script", gallery_parts::script_js}});
+                            {"style", gallery_parts::page_css},
+                            {"script", gallery_parts::page_js}});
   }
 
   bool write_cards(CPDFDocument& document, const ChosenImages& chosen) {
-    const std::vector<CPDFFoundImage>& images = chosen.images;
-    const std::vector<int>& numbers = chosen.numbers;
+    const std::size_t count = chosen.images.size();
     bool written = true;
     const auto work = [&](std::size_t i) {
-      return make_gallery_card(document, images, i, numbers[i], options_);
+      return make_gallery_card(document, chosen, i, options_);
     };
     const auto emit = [&](std::size_t i, const GalleryCard& card) {
-      tell_problem(images[i], numbers[i], card);
+      if (!card.problem.empty()) tell_problem(place_of(chosen.images[i], chosen.numbers[i]), card);
       written = page_.write(card.html);
-      messages_.progress(i + 1, images.size());
+      messages_.progress(i + 1, count);
       return written;
     };
-    messages_.progress(0, images.size());
-    OrderedJobs(images.size(), thread_count(options_.jobs), work, emit).run();
+    messages_.progress(0, count);
+    OrderedJobs(count, thread_count(options_.jobs), work, emit).run();
     messages_.clear_progress();
     return written;
   }
 
-  void tell_problem(const CPDFFoundImage& found, int number, const GalleryCard& card) {
-    // What a mask lacks its image lacks, and tells.
-    const bool mask = found.kind == CPDFImageKind::mask || found.kind == CPDFImageKind::smask;
-    if (card.whole || mask) return;
+  void tell_problem(const std::string& place, const GalleryCard& card) {
     ++problems_;
-    const std::string what = card.has_picture ? ": incomplete: " : ": ";
-    messages_.error(file_, place_of(found, number) + what + card.problem);
+    const char* what = card.has_picture ? ": incomplete: " : ": ";
+    messages_.error(file_, place + what + card.problem);
   }
 
   const Options& options_;

@@ -2,8 +2,8 @@
 #include "tools/pdfbmp/gallery_card.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <new>
 #include <utility>
 
@@ -17,8 +17,11 @@
 
 namespace {
 
-constexpr int longest_side = 320;
-constexpr int tiny_side = 32;  // Up to here pictures are shown enlarged.
+// Pictures that are much smaller than this are shown with larger pixels.
+constexpr int least_side = 128;
+
+// The longest side of the thumbnails on a page of so many.
+int longest_side(std::size_t images) { return images <= 400 ? 320 : images <= 2000 ? 224 : 144; }
 
 class StringSink final : public CPDFByteSink {
  public:
@@ -40,13 +43,16 @@ bool is_mask(const CPDFFoundImage& found) {
   return found.kind == CPDFImageKind::mask || found.kind == CPDFImageKind::smask;
 }
 
-Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, Options options) {
+Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, int max_side,
+                       Options options) {
   Thumbnail thumbnail;
+  thumbnail.problem = too_many_pixels(found, options);
+  if (!thumbnail.problem.empty()) return thumbnail;
   options.kind = is_mask(found) ? PictureKind::mask : PictureKind::automatic;
   Picture picture = open_picture(document, found, options);
   thumbnail.problem = picture.problem;
   if (picture.reader == nullptr) return thumbnail;
-  picture.reader = pdfbmp::make_thumbnail(std::move(picture.reader), longest_side);
+  picture.reader = pdfbmp::make_thumbnail(std::move(picture.reader), max_side);
   if (picture.reader == nullptr) throw std::bad_alloc();
 
   const CPDFRasterInfo& info = picture.reader->info();
@@ -73,7 +79,7 @@ std::string grouped(std::int64_t value) {
 }
 
 std::string size_of(int width, int height) {
-  return std::to_string(width) + " &times; " + std::to_string(height);
+  return std::to_string(width) + "&nbsp;&times;&nbsp;" + std::to_string(height);
 }
 
 // "1-3, 7"
@@ -129,16 +135,20 @@ std::string mask_facts(const std::vector<CPDFFoundImage>& images, std::size_t i)
   return text;
 }
 
-std::string resolution_facts(const CPDFFoundImage& found) {
-  if (found.placements.empty()) return {};
+// Of the first placement, at its coarser side; 0 where it is not known.
+long lowest_ppi(const CPDFFoundImage& found) {
+  if (found.placements.empty()) return 0;
   const auto& ppi = found.placements[0].ppi;
-  if (!(ppi[0] > 0) || !(ppi[1] > 0)) return {};
-  char text[64];
-  const double x = std::min(ppi[0], 1e9), y = std::min(ppi[1], 1e9);
-  std::snprintf(text, sizeof(text), "%.0f", x);
-  std::string facts = text;
-  std::snprintf(text, sizeof(text), "%.0f", y);
-  if (facts != text) facts += std::string(" &times; ") + text;
+  return ppi[0] > 0 && ppi[1] > 0 ? std::lround(std::min({ppi[0], ppi[1], 1e9})) : 0;
+}
+
+std::string resolution_facts(const CPDFFoundImage& found) {
+  if (lowest_ppi(found) == 0) return {};
+  const auto shown = [&](std::size_t axis) {
+    return grouped(std::lround(std::min(found.placements[0].ppi[axis], 1e9)));
+  };
+  std::string facts = shown(0);
+  if (shown(1) != facts) facts += " &times; " + shown(1);
   facts += " ppi";
   if (found.placements.size() > 1) {
     facts += ", painted " + grouped(static_cast<std::int64_t>(found.placements.size())) + " times";
@@ -168,17 +178,19 @@ std::string all_facts(const std::vector<CPDFFoundImage>& images, std::size_t i) 
 
 std::string picture_html(const Thumbnail& thumbnail, const CPDFFoundImage& found, int number) {
   if (thumbnail.png.empty()) return std::string(gallery_parts::no_picture_html);
-  const bool tiny = std::max(thumbnail.width, thumbnail.height) <= tiny_side;
-  return fill_html(gallery_parts::picture_html, {{"class", tiny ? "tiny" : "plain"},
-                                                 {"place", place_of(found, number)},
-                                                 {"width", std::to_string(thumbnail.width)},
-                                                 {"height", std::to_string(thumbnail.height)},
-                                                 {"data", base64(thumbnail.png)}});
+  const int side = std::max(thumbnail.width, thumbnail.height);
+  const int scale = side > least_side / 2 ? 1 : least_side / side;
+  return fill_html(gallery_parts::picture_html,
+                   {{"class", scale > 1 ? "enlarged" : "plain"},
+                    {"place", place_of(found, number)},
+                    {"width", std::to_string(thumbnail.width * scale)},
+                    {"height", std::to_string(thumbnail.height * scale)},
+                    {"data", base64(thumbnail.png)}});
 }
 
-std::string card_html(const std::vector<CPDFFoundImage>& images, std::size_t i, int number,
-                      const Thumbnail& thumbnail) {
-  const CPDFFoundImage& found = images[i];
+std::string card_html(const ChosenImages& chosen, std::size_t i, const Thumbnail& thumbnail) {
+  const CPDFFoundImage& found = chosen.images[i];
+  const int number = chosen.numbers[i];
   std::string place = place_of(found, number);
   place[0] = 'P';
   std::string problem;
@@ -194,33 +206,34 @@ std::string card_html(const std::vector<CPDFFoundImage>& images, std::size_t i, 
                     {"space", html_text(space_of(found))},
                     {"pixels", std::to_string(std::int64_t{found.width} * found.height)},
                     {"bytes", std::to_string(found.bytes)},
+                    {"ppi", std::to_string(lowest_ppi(found))},
                     {"picture", picture_html(thumbnail, found, number)},
                     {"place", place},
                     {"width", std::to_string(found.width)},
                     {"height", std::to_string(found.height)},
                     {"problem", problem},
-                    {"facts", all_facts(images, i)}});
+                    {"facts", all_facts(chosen.images, i)}});
 }
 
 }  // namespace
 
-GalleryCard make_gallery_card(CPDFDocument& document, const std::vector<CPDFFoundImage>& images,
-                              std::size_t i, int number, const Options& options) {
+GalleryCard make_gallery_card(CPDFDocument& document, const ChosenImages& chosen, std::size_t i,
+                              const Options& options) {
   GalleryCard card;
   try {
     Thumbnail thumbnail;
     try {
-      thumbnail = make_picture(document, images[i], options);
+      const int max_side = longest_side(chosen.images.size());
+      thumbnail = make_picture(document, chosen.images[i], max_side, options);
     } catch (const std::bad_alloc&) {
       thumbnail.problem = "there is not enough memory for it";
     }
-    card.html = card_html(images, i, number, thumbnail);
+    card.html = card_html(chosen, i, thumbnail);
     card.problem = thumbnail.problem;
-    card.whole = thumbnail.problem.empty();
     card.has_picture = !thumbnail.png.empty();
   } catch (const std::bad_alloc&) {
-    // Not even the words.
-    card.html.clear();
+    // Not even for the words.
+    card = {"", false, "there is not enough memory for it"};
   }
   return card;
 }

@@ -3,20 +3,20 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
 
 #include "pdf/doc/document.h"
+#include "tools/pdfbmp/chosen_images.h"
 #include "tools/pdfbmp/options.h"
 
 /// One image of the gallery.
 struct GalleryCard {
   std::string html;  ///< Empty where memory failed.
   bool has_picture = false;
-  bool whole = false;
   std::string problem;  ///< Why its picture is missing or incomplete; empty where it is whole.
 };
 
-/// Decodes images[i] to a thumbnail, a mask or soft mask to its opacity, and sets it in HTML with
-/// its facts. `number` is its running number on its page. Any thread. Nothing is thrown.
-GalleryCard make_gallery_card(CPDFDocument& document, const std::vector<CPDFFoundImage>& images,
-                              std::size_t i, int number, const Options& options);
+/// Decodes image `i` to a thumbnail, a mask or soft mask to its opacity, and sets it in HTML with
+/// its facts. Thumbnails are smaller where there are many images, or no browser would hold the
+/// page. Any thread. Nothing is thrown.
+GalleryCard make_gallery_card(CPDFDocument& document, const ChosenImages& chosen, std::size_t i,
+                              const Options& options);

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr const char* common_group = "Options of every command";
-constexpr const char* several_files = "PDF files; - is standard input";
 
 // The number that is all of the text, from 0.
 std::optional<int> number_of(const std::string& text) {
@@ -68,8 +67,8 @@ void add_common_options(CLI::App& app, Options& options) {
   for (CLI::Option* option : app.get_options()) option->group(common_group);
 }
 
-CLI::Option* add_files(CLI::App& app, Options& options, const char* description) {
-  return app.add_option("FILE", options.files, description)->required()->group(common_group);
+void add_files(CLI::App& app, Options& options) {
+  app.add_option("FILE", options.files, "PDF files; - is standard input")->required();
 }
 
 void add_decoding_options(CLI::App& app, Options& options) {
@@ -104,7 +103,7 @@ void add_choice(CLI::App& app, const std::string& name, const std::string& descr
 
 void add_list(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "Shows the images of PDF files and their properties");
-  add_files(*list, options, several_files);
+  add_files(*list, options);
   add_common_options(*list, options);
   list->add_flag("--json", options.json, "One JSON object a line instead of a table");
   list->callback([&options] { options.command = Command::list; });
@@ -112,7 +111,7 @@ void add_list(CLI::App& app, Options& options) {
 
 void add_extract(CLI::App& app, Options& options) {
   CLI::App* extract = app.add_subcommand("extract", "Writes the images of PDF files as bitmaps");
-  add_files(*extract, options, several_files);
+  add_files(*extract, options);
   add_common_options(*extract, options);
   extract
       ->add_option("-o,--output", options.output,
@@ -149,11 +148,13 @@ void add_extract(CLI::App& app, Options& options) {
 void add_gallery(CLI::App& app, Options& options) {
   CLI::App* gallery =
       app.add_subcommand("gallery", "Shows the images of a PDF file on one HTML page");
-  add_files(*gallery, options, "PDF file; - is standard input")->expected(1);
+  const auto set_file = [&options](const std::string& file) { options.files = {file}; };
+  gallery->add_option_function<std::string>("FILE", set_file, "PDF file; - is standard input")
+      ->required();
   add_common_options(*gallery, options);
   gallery->add_option("-o,--output", options.output, "The page; - is standard output")
       ->required()
-      ->type_name("OUT.html");
+      ->type_name("FILE");
   add_decoding_options(*gallery, options);
   gallery->callback([&options] { options.command = Command::gallery; });
 }

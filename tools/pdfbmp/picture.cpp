@@ -114,13 +114,14 @@ std::string words_of(const CPDFDecodeReport& report) {
 
 }  // namespace
 
+std::string too_many_pixels(const CPDFFoundImage& found, const Options& options) {
+  if (std::int64_t{found.width} * found.height <= options.max_pixels) return {};
+  return "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
+         " pixels are more than --max-pixels allows";
+}
+
 Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const Options& options) {
   Picture picture;
-  if (std::int64_t{found.width} * found.height > options.max_pixels) {
-    picture.problem = "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
-                      " pixels are more than --max-pixels allows";
-    return picture;
-  }
   picture.loaded = document.load_image(found);
   CPDFImage* image = picture.loaded.image.get();
   if (image == nullptr) {

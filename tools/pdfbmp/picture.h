@@ -20,6 +20,9 @@ struct Picture {
   std::int64_t row_bytes = 0;  ///< Bytes of a row of samples.
 };
 
+/// Why an image is refused for its size, however it is to be opened; empty where it is not.
+std::string too_many_pixels(const CPDFFoundImage& found, const Options& options);
+
 /// Opens a found image as the options want it.
 Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const Options& options);
 

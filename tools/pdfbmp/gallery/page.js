@@ -8,21 +8,15 @@
   const list = byId('images');
   const cards = Array.from(list.children, (element, index) => ({
     element,
-    index,
+    page: index,
     text: element.textContent.toLowerCase().replace(/\s+/g, ' '),
     kind: element.dataset.kind,
     space: element.dataset.space,
     pixels: Number(element.dataset.pixels),
     bytes: Number(element.dataset.bytes),
+    ppi: Number(element.dataset.ppi) || Infinity,
     problem: element.querySelector('.problem') !== null,
   }));
-  const orders = {
-    'page': (a, b) => a.index - b.index,
-    'pixels-down': (a, b) => b.pixels - a.pixels || a.index - b.index,
-    'pixels-up': (a, b) => a.pixels - b.pixels || a.index - b.index,
-    'bytes-down': (a, b) => b.bytes - a.bytes || a.index - b.index,
-    'bytes-up': (a, b) => a.bytes - b.bytes || a.index - b.index,
-  };
   const fields = ['words', 'kind', 'space', 'order', 'problems'].map(byId);
   const number = (n) => n.toLocaleString('en');
   let order = 'page';
@@ -46,17 +40,21 @@
         words.every((word) => card.text.includes(word)));
   }
 
+  // Orders are named for the number they go by and its direction; equals stay in page order.
   function putInOrder() {
     if (byId('order').value === order) return;
     order = byId('order').value;
-    cards.sort(orders[order]);
+    const [key, direction] = order.split('-');
+    const sign = direction === 'down' ? -1 : 1;
+    cards.sort((a, b) => a[key] === b[key] ? a.page - b.page : sign * (a[key] < b[key] ? -1 : 1));
     list.append(...cards.map((card) => card.element));
   }
 
   function tellCount(shown, first, last) {
-    const of = shown === cards.length ? '' : ` of ${number(cards.length)}`;
-    const part = last - first < shown ? `, ${number(first + 1)} to ${number(last)} on this page` : '';
-    byId('count').textContent = `${number(shown)}${of} ${cards.length === 1 ? 'image' : 'images'}${part}`;
+    const all = shown === cards.length;
+    const part = last - first < shown ? `${number(first + 1)} to ${number(last)} of ` : all ? 'All ' : '';
+    const of = all ? '' : `, out of ${number(cards.length)}`;
+    byId('count').textContent = `${part}${number(shown)} ${shown === 1 ? 'image' : 'images'}${of}`;
   }
 
   function show() {
@@ -67,7 +65,9 @@
     const first = page * cardsPerPage;
     const last = Math.min(first + cardsPerPage, shown.length);
     const visible = new Set(shown.slice(first, last));
-    for (const card of cards) card.element.hidden = !visible.has(card);
+    for (const card of cards) {
+      if (card.element.hidden === visible.has(card)) card.element.hidden = !visible.has(card);
+    }
     tellCount(shown.length, first, last);
     byId('pager').hidden = pages === 1;
     byId('position').textContent = `Page ${number(page + 1)} of ${number(pages)}`;
@@ -128,6 +128,7 @@
   readState();
   byId('controls').hidden = false;
   show();
+  document.documentElement.classList.remove('loading');
 
   for (const field of fields) {
     field.addEventListener('input', () => {
@@ -136,6 +137,14 @@
       keepState();
     });
   }
+  byId('skip').addEventListener('click', (event) => {
+    event.preventDefault();
+    list.focus();
+  });
+  addEventListener('hashchange', () => {
+    readState();
+    show();
+  });
   byId('controls').addEventListener('submit', (event) => event.preventDefault());
   byId('previous').addEventListener('click', () => turn(-1));
   byId('next').addEventListener('click', () => turn(1));
