@@ -220,15 +220,15 @@ TEST_F(Tool, MasksBelongToTheirImageAndInlineImagesCount) {
 
 TEST_F(Tool, GalleryIsOnePageWhateverTheFileSays) {
   PdfBuilder pdf;
-  const std::string gray = "/ColorSpace /DeviceGray /BitsPerComponent 8";
   const int wide = pdf.add_image(1000, 10, gray, std::string(std::size_t{10000}, '\x40'));
   const int hostile = pdf.add_image(2, 2, gray + " /Filter /A#22#3E#3C#2Fli#3E#3Cscript#3E#26#27#FF#01", "1234");
   pdf.add_page_with({wide, hostile});
   write_file(path("<b>&{{cards}}\".pdf"), pdf.finish());
+  const std::size_t files = files_in("").size();
   EXPECT_EQ(run({"gallery", "<b>&{{cards}}\".pdf", "-o", "page.html"}).exit_code, 1);
-  EXPECT_EQ(files_in("").size(), 9u);  // No temporary file is left.
+  EXPECT_EQ(files_in("").size(), files + 1);  // No temporary file is left.
 
-  std::string page = file_content(path("page.html"));
+  const std::string page = file_content(path("page.html"));
   for (const char* text : {"<title>Images of &lt;b&gt;&amp;{{cards}}&quot;.pdf</title>", "<strong>Not decoded:</strong>",
                            "A&quot;&gt;&lt;/li&gt;&lt;script&gt;&amp;&#39;\xEF\xBF\xBD&#xFFFD;</dd>", "1 image could not be decoded",
                            "<dd>10,000 bytes</dd>", "width=\"320\" height=\"3\" loading=\"lazy\" decoding=\"async\""}) {

@@ -53,7 +53,7 @@ std::string option_list(const char* title, const CommandHelp& command, bool comm
 std::string OptionHelp::title() const {
   std::string title;
   for (const std::string& name : names) title += (title.empty() ? "" : ", ") + name;
-  return title + (positional ? "..." : value.empty() ? "" : " " + value);
+  return title + (several ? "..." : positional || value.empty() ? "" : " " + value);
 }
 
 std::vector<std::string> OptionHelp::choices() const {

@@ -13,6 +13,7 @@ struct OptionHelp {
   std::string text;
   bool required = false;
   bool positional = false;
+  bool several = false;  ///< A positional one that takes more than one word.
   bool common = false;  ///< Every command has it.
 
   /// "-f, --first PAGE".

@@ -53,7 +53,9 @@ std::string zsh_action(const OptionHelp& option) {
 }
 
 std::string zsh_option(const OptionHelp& option) {
-  if (option.positional) return quoted("*:" + option.names[0] + ":" + zsh_action(option));
+  if (option.positional) {
+    return quoted((option.several ? "*:" : "1:") + option.names[0] + ":" + zsh_action(option));
+  }
   std::string rest = "[" + zsh_text(option.text) + "]";
   if (!option.value.empty()) {
     const bool is_choice = !option.choices().empty();

@@ -100,7 +100,6 @@ class Gallery {
     };
     messages_.progress(0, count);
     OrderedJobs(count, thread_count(options_.jobs), work, emit).run();
-    messages_.clear_progress();
     return written;
   }
 
@@ -128,7 +127,7 @@ Outcome run_gallery(const Options& options, Messages& messages) {
   const std::string& file = options.files[0];
   Outcome outcome = Outcome::ok;
   const std::unique_ptr<CPDFDocument> document =
-      open_input(file, options, messages, outcome, error);
+      open_input(file, options, outcome, error);
   if (document == nullptr) {
     messages.error(file, error);
     return outcome;

@@ -35,7 +35,7 @@ std::string option_item(const OptionHelp& option) {
   for (const std::string& name : option.names) {
     names += (names.empty() ? "\\fB" : ", \\fB") + escaped(name) + "\\fR";
   }
-  if (option.positional) names += "...";
+  if (option.several) names += "...";
   if (!option.value.empty() && !option.positional)
     names += " \\fI" + escaped(option.value) + "\\fR";
   return ".TP\n" + names + "\n" + escaped(option.text) + "\n";

@@ -162,6 +162,7 @@ void add_gallery(CLI::App& app, Options& options) {
 OptionHelp help_of(const CLI::Option& option) {
   OptionHelp help;
   help.positional = option.get_positional();
+  help.several = help.positional && option.get_expected_max() > 1;
   if (help.positional) help.names.push_back(option.get_name(true));
   for (const std::string& name : option.get_snames()) help.names.push_back("-" + name);
   for (const std::string& name : option.get_lnames()) help.names.push_back("--" + name);
