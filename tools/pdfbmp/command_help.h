@@ -14,7 +14,7 @@ struct OptionHelp {
   bool required = false;
   bool positional = false;
   bool several = false;  ///< A positional one that takes more than one word.
-  bool common = false;  ///< Every command has it.
+  bool common = false;   ///< Every command has it.
 
   /// "-f, --first PAGE".
   std::string title() const;

@@ -126,8 +126,7 @@ Outcome run_gallery(const Options& options, Messages& messages) {
   }
   const std::string& file = options.files[0];
   Outcome outcome = Outcome::ok;
-  const std::unique_ptr<CPDFDocument> document =
-      open_input(file, options, outcome, error);
+  const std::unique_ptr<CPDFDocument> document = open_input(file, options, outcome, error);
   if (document == nullptr) {
     messages.error(file, error);
     return outcome;
