@@ -9,6 +9,7 @@
 #include <new>
 #include <vector>
 
+#include "fuzz/small_limits.h"
 #include "fuzz/target.h"
 #include "pdf/filter/filter_table.h"
 #include "pdf/filter/predictor.h"
@@ -17,37 +18,22 @@
 
 namespace {
 
-enum class Kind { number, boolean, indexed };
-struct Entry {
-  const char* key;
-  Kind kind = Kind::number;
-  bool of_image = false;
-};
-constexpr Entry entries[] = {
-    {"Predictor"},
-    {"Colors"},
-    {"BitsPerComponent"},
-    {"Columns"},
-    {"EarlyChange"},
-    {"K"},
-    {"Rows"},
-    {"ColorTransform"},
-    {"EndOfLine", Kind::boolean},
-    {"EncodedByteAlign", Kind::boolean},
-    {"EndOfBlock", Kind::boolean},
-    {"BlackIs1", Kind::boolean},
-    {"Width", Kind::number, true},
-    {"Height", Kind::number, true},
-    {"SMaskInData", Kind::number, true},
-    {"ColorSpace", Kind::indexed, true},
-};
+// Numbers, truth values, and of the image numbers and a colour space.
+constexpr std::size_t booleans = 8, of_image = 12, space = 15;
+constexpr const char* keys[] = {"Predictor", "Colors",         "BitsPerComponent", "Columns",          "EarlyChange", "K",
+                                "Rows",      "ColorTransform", "EndOfLine",        "EncodedByteAlign", "EndOfBlock",  "BlackIs1",
+                                "Width",     "Height",         "SMaskInData",      "ColorSpace"};
 
-void set(CPDFObj* entry, Kind kind, int value) {
+void set(CPDFObj* entry, std::size_t key, int value) {
   if (entry == nullptr) return;
-  if (kind == Kind::number) return entry->set_int(value);
-  if (kind == Kind::boolean) return entry->set_bool((value & 1) != 0);
-  CPDFArray* array = entry->set_array();
-  if (CPDFObj* family = array != nullptr ? array->append() : nullptr) family->set_name("Indexed");
+  if (key == space) {
+    CPDFArray* array = entry->set_array();
+    if (CPDFObj* family = array != nullptr ? array->append() : nullptr) family->set_name("Indexed");
+  } else if (key >= booleans && key < of_image) {
+    entry->set_bool((value & 1) != 0);
+  } else {
+    entry->set_int(value);
+  }
 }
 
 constexpr std::size_t most = 1 << 20;  ///< Of decoded bytes.
@@ -76,12 +62,11 @@ std::string run_target(FuzzInput in, bool second) {
   setup.parms = parms.set_dict();
   setup.image = image.set_dict();
   auto present = in.number(2);
-  for (const Entry& entry : entries) {
-    CPDFDictionary* dict = (entry.of_image ? image : parms).dict();
-    if ((present & 1) != 0 && dict != nullptr) set(dict->set(entry.key), entry.kind, static_cast<std::int16_t>(in.number(2)));
-    present >>= 1;
+  for (std::size_t key = 0; key <= space; ++key, present >>= 1) {
+    CPDFDictionary* dict = (key >= of_image ? image : parms).dict();
+    if ((present & 1) != 0 && dict != nullptr) set(dict->set(keys[key]), key, static_cast<std::int16_t>(in.number(2)));
   }
-  setup.limits = {1 << 18, 1 << 24, 16, 10};
+  setup.limits = small_limits();
   setup.report = std::make_shared<CPDFDecodeReport>();
   std::string encoded(in.text());
   auto* bytes = reinterpret_cast<unsigned char*>(encoded.data());

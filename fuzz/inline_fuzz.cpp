@@ -4,6 +4,7 @@
 // Input: the content.
 #include <exception>
 
+#include "fuzz/small_limits.h"
 #include "fuzz/target.h"
 #include "pdf/doc/content_reader.h"
 #include "pdf/doc/inline_data.h"
@@ -18,8 +19,7 @@ std::string run(std::string content) {
     CPDFObjHolder dict;
     if (dict.set_dict() == nullptr || !reader.read_inline_dictionary(*dict.dict())) break;
     const std::size_t at = reader.position();
-    const CPDFFilterLimits limits = {1 << 18, 1 << 24, 16, 10};
-    const pdfbmp::InlineData data = pdfbmp::find_inline_data(content, at, *dict.dict(), nullptr, nullptr, limits);
+    const pdfbmp::InlineData data = pdfbmp::find_inline_data(content, at, *dict.dict(), nullptr, nullptr, small_limits());
     require(data.begin >= at && data.begin <= content.size() && data.length <= content.size() - data.begin);
     require(data.next >= data.begin + data.length && data.next <= content.size());
     results += std::to_string(data.begin) + ' ' + std::to_string(data.length) + ' ' + std::to_string(data.next) + '\n';

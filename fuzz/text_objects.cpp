@@ -5,6 +5,7 @@
 #include <qpdf/QPDF.hh>
 #include <utility>
 
+#include "fuzz/small_limits.h"
 #include "pdf/doc/object_values.h"
 #include "pdf/filter/filter_chain.h"
 
@@ -57,6 +58,5 @@ CPDFStream* TextObjects::make_stream(const CPDFStreamRec* record) {
   const std::size_t begin = part.find(stream_mark) + stream_mark.size();
   auto* bytes = reinterpret_cast<unsigned char*>(part.data() + begin);
   auto encoded = std::make_unique<CPDFStream>(bytes, static_cast<int>(part.size() - begin), 1);
-  const CPDFFilterLimits limits = {1 << 18, 1 << 24, 16, 10};
-  return pdfbmp::make_filter_chain(std::move(encoded), record->dict, this, limits, std::make_shared<CPDFDecodeReport>()).release();
+  return pdfbmp::make_filter_chain(std::move(encoded), record->dict, this, small_limits(), std::make_shared<CPDFDecodeReport>()).release();
 }

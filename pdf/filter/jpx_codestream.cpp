@@ -190,12 +190,27 @@ void CPDFJpxCodestream::find_end() {
   whole_size_ = part >= 0 ? part : std::min(at, size);
 }
 
+// OpenJPEG takes as much memory as a tile-part declares bytes, up to 4 GB, before it reads them. No
+// sound part holds these four bytes, or declares more than there is.
+void CPDFJpxCodestream::bound_parts() {
+  constexpr unsigned char head[] = {0xFF, 0x90, 0, 10};
+  const unsigned char* const begin = bytes_.data();
+  const unsigned char* const end = begin + bytes_.size();
+  for (auto part = std::search(begin, end, head, head + 4); part != end;
+       part = std::search(part + 1, end, head, head + 4)) {
+    const std::int64_t at = part - begin + 6;
+    const std::uint32_t declared = bytes_.number(at, 4);
+    if (declared > end - part) bytes_.put_number(at, static_cast<std::uint32_t>(end - part));
+  }
+}
+
 bool CPDFJpxCodestream::decode_at(std::int64_t y) {
   if (y >= band_from_ && y < band_to_) return !failed_;
   if (band_to_ == 0) {
     bytes_.load_all();
     if (!check_limits()) return false;
     find_end();
+    bound_parts();
   }
   const std::int64_t row = (y - header_.tile_y0) / header_.tile_height;
   if (row > last_row_) return false;

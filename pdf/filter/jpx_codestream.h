@@ -41,6 +41,7 @@ class CPDFJpxCodestream {
  private:
   bool check_limits();
   void find_end();
+  void bound_parts();
   bool decode(std::int64_t from, std::int64_t to, bool cut);
   void say(const char* what, const char* detail = "");
 

@@ -42,3 +42,8 @@ std::uint32_t CPDFLoadedBytes::number(std::int64_t at, int count) {
   for (int i = 0; i < count; ++i) value = value << 8 | data_[at + i];
   return value;
 }
+
+void CPDFLoadedBytes::put_number(std::int64_t at, std::uint32_t value) {
+  if (at < 0 || at > size_ - 4) return;
+  for (int i = 0; i < 4; ++i) data_[at + i] = static_cast<unsigned char>(value >> (24 - 8 * i));
+}

@@ -26,6 +26,9 @@ class CPDFLoadedBytes {
   /// The big-endian number of `count` bytes (at most 4) at `at`; 0 where they cannot be loaded.
   std::uint32_t number(std::int64_t at, int count);
 
+  /// Writes such a number of 4 bytes over loaded ones.
+  void put_number(std::int64_t at, std::uint32_t value);
+
  private:
   bool grow(std::int64_t n);
 

@@ -39,6 +39,20 @@ std::vector<int> cmyk_of(CPDFCSBase& cs, const std::vector<int>& values) {
   return {cmyk.val[0], cmyk.val[1], cmyk.val[2], cmyk.val[3]};
 }
 
+std::vector<int> first_color_of(CPDFCSBase&& cs) {
+  PDF_COLOR color = filled({-1, -1, -1, -1});
+  cs.get_default_color(color);
+  for (int i = 4; i < 16; ++i) EXPECT_EQ(color.val[i], 1000 + i);
+  return {color.val[0], color.val[1], color.val[2], color.val[3]};
+}
+
+TEST(DeviceColor, BlackIsTheFirstColour) {
+  EXPECT_EQ(first_color_of(CPDFCSDeviceGray()), (std::vector{0, 0, 0, 0}));
+  EXPECT_EQ(first_color_of(CPDFCSDeviceRGB()), (std::vector{0, 0, 0, 0}));
+  EXPECT_EQ(first_color_of(CPDFCSDeviceCMYK()), (std::vector{0, 0, 0, 255}));
+  EXPECT_EQ(first_color_of(CPDFCSDeviceCMYKExt()), (std::vector{0, 0, 0, 255}));
+}
+
 TEST(DeviceColor, Gray) {
   CPDFCSDeviceGray cs;
   struct Case {

@@ -74,7 +74,7 @@ TEST_F(Load, Keys) {
   table.objects = {{1, "40"}, {2, "true"}, {3, "[1 0.25]"}, {4, "stream 40 <</Width 3>>"}, {5, "/Gray"}, {6, "0.5"}, {7, "stream 7 <<>>"}};
   const Case cases[] = {
       {"nothing", "", ""},
-      {"numbers", "/Width 10 /Height -7 /BitsPerComponent 4 /SMaskInData 1 /ColorSpace /RGB", "w=10 h=-7 bpc=4 flags=2 cs=3"},
+      {"numbers", "/Width 10 /Height -7 /BitsPerComponent 4 /SMaskInData 2 /ColorSpace /RGB", "w=10 h=-7 bpc=4 flags=2 cs=3"},
       {"numbers by reference", "/Width 1 0 R /Height 6 0 R /SMaskInData 6 0 R /BitsPerComponent 99 0 R", "w=40 h=1 flags=2"},
       {"reals", "/Width 99.5 /Height -0.5 /SMaskInData 0.4", "w=100"},
       {"flags", "/ImageMask true /Interpolate true", "flags=1 interpolate=1"},
