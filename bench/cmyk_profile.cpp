@@ -3,8 +3,8 @@
 
 #include <cmath>
 
-#include "examples/encoders/profiles.h"
 #include "pdf/cs/device_cmyk.h"
+#include "tools/encoders/profiles.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "pdf/doc/document.h"
 #include "pdf/doc/picture.h"
 #include "pdf/filter/jbig2_helper.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

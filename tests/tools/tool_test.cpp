@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "tests/support/json_lines.h"
-#include "tests/support/pdf_builder.h"
 #include "tests/support/png_reader.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/tools/tar_reader.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

@@ -141,24 +141,6 @@ TEST(Rows, CmykOnADenseGrid) {
   }
 }
 
-TEST(Rows, TableShorterThanTheGrid) {
-  std::vector<unsigned char> source(64 * 4);
-  std::mt19937 random(5);
-  fill(source.data(), source.size(), 3, random);
-  // Copies, so that a sanitizer sees what lies behind them.
-  const std::vector<unsigned short> part(grid(true), grid(true) + 120000);
-  std::vector<_KXRGBA> expected(64, {1, 2, 3, 4}), result = expected;
-  scalar_rows.rgba_from_cmyk_grid[0](expected.data(), source.data(), 64, part.data(), part.size());
-  rows().rgba_from_cmyk_grid[0](result.data(), source.data(), 64, part.data(), part.size());
-  int untouched = 0;
-  for (size_t i = 0; i < 64; ++i) {
-    ASSERT_EQ(std::memcmp(&expected[i], &result[i], 4), 0) << i;
-    untouched += result[i].a == 4;
-  }
-  EXPECT_GT(untouched, 5);
-  EXPECT_LT(untouched, 60);
-}
-
 // The suite is run once for each path (tests/pdf/cs/CMakeLists.txt): the one that is named must be
 // the one that runs.
 TEST(Rows, ForcedPathIsTheRunningOne) {

@@ -4,15 +4,15 @@
 #include <functional>
 #include <map>
 
-#include "examples/encoders/encoders.h"
-#include "examples/encoders/jpeg_encoder.h"
-#include "examples/encoders/jpx_encoder.h"
 #include "pdf/cs/device_cmyk.h"
 #include "pdf/doc/picture.h"
 #include "tests/pdf/cs/parsed/cie_reference.h"
 #include "tests/pdf/cs/parsed/profiles.h"
 #include "tests/pdf/doc/documents.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/encoders.h"
+#include "tools/encoders/jpeg_encoder.h"
+#include "tools/encoders/jpx_encoder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "pdf/doc/document.h"
 #include "pdf/doc/raster.h"
 #include "pdf/obj/stream.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/pdf_builder.h"
 
 /// Opens bytes as a document; null where that fails.
 inline std::unique_ptr<CPDFDocument> open_bytes(const std::string& bytes, CPDFOpenStatus& status, const std::string& password = "") {

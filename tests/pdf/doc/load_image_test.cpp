@@ -4,7 +4,7 @@
 
 #include "pdf/doc/document.h"
 #include "tests/pdf/doc/documents.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

@@ -5,16 +5,16 @@
 #include <map>
 #include <string>
 
-#include "examples/encoders/encoders.h"
-#include "examples/encoders/jpeg_encoder.h"
 #include "tests/pdf/doc/documents.h"
-#include "tests/pdf/filter/jbig2_builder.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/encoders.h"
+#include "tools/encoders/jbig2_encoder.h"
+#include "tools/encoders/jpeg_encoder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 
 using encoders::FaxAlign;
-using filter_test::jbig2_segment;
+using encoders::jbig2_segment;
 
 constexpr int width = 16, height = 3;
 const encoders::FaxRows fax_rows = {"0001111000011000", "1111111111111111", "0000000000000001"};
@@ -39,7 +39,7 @@ TEST(NativeFile, PassesTheCodecsBytesOn) {
   const std::string jpx = encoders::encode_jpx({{{}}}, [](int, int x, int y) { return x + y; });
   const std::string jp2 = encoders::jpx::file_of(jpx, encoders::jpx::color_box(17));
   const std::string globals = jbig2_segment(0, 16, 0, "table"), magic("\x97JB2\r\n\x1A\n\1\0\0\0\1", 13);
-  const std::string page = filter_test::jbig2_page(width, height) + filter_test::jbig2_generic(7, fax_rows, 0);
+  const std::string page = encoders::jbig2_page(width, height) + encoders::jbig2_generic(7, fax_rows, 0);
   const std::string end_of_page = jbig2_segment(8, 49, 1, ""), end_of_file = jbig2_segment(9, 51, 0, "");
   // A region whose length is not known: the marker and the number of rows end it.
   const std::string open_region = encoders::jpx::big_endian(2, 4) + std::string("\46\0\1\xFF\xFF\xFF\xFF", 7) + std::string(26, 'x') +

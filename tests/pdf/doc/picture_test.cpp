@@ -4,10 +4,10 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "examples/encoders/jpx_encoder.h"
 #include "pdf/cs/device_cmyk.h"
 #include "tests/pdf/doc/documents.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/jpx_encoder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

@@ -5,10 +5,8 @@
 #include "kx/alloc.h"
 #include "pdf/filter/filter_chain.h"
 #include "pdf/filter/filter_table.h"
-#include "pdf/filter/measured_stream.h"
 #include "tests/pdf/filter/samples.h"
 #include "tests/support/pdf_text.h"
-#include "tests/support/streams.h"
 
 namespace filter_test {
 namespace {
@@ -78,22 +76,6 @@ TEST(Chain, TellsDamageWithAReadThatGotTooLittle) {
   EXPECT_EQ(pdfbmp::report_of(stream_over(encoded).get()), nullptr);
   stream->close();
   EXPECT_EQ(stream->read_block(buffer, 500), 0);
-}
-
-TEST(Chain, StaysAJpxStream) {
-  StreamLog log;
-  auto scripted = std::make_unique<ScriptedJpxStream>(log, ReadScript(), ReadScript{[](int, int) { return 2; }});
-  scripted->comp_count = 3, scripted->alpha_channel = 1;
-  const auto report = std::make_shared<CPDFDecodeReport>();
-  const auto stream = pdfbmp::make_measured_stream(std::move(scripted), report);
-  auto* const jpx = dynamic_cast<CPDFStreamJPX*>(stream.get());
-  ASSERT_NE(jpx, nullptr);
-  EXPECT_TRUE(jpx->kind == 9 && jpx->comp_count == 3 && jpx->alpha_channel == 1);
-  char buffer[5];
-  EXPECT_EQ(jpx->read_alpha(buffer, 5), 2);
-  EXPECT_EQ(report->bytes, 0);
-  EXPECT_EQ(jpx->read_block(buffer, 5), 5);
-  EXPECT_EQ(report->bytes, 5);
 }
 
 TEST(InlineStream, DecodesByEitherName) {

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "examples/encoders/jpeg_encoder.h"
 #include "pdf/filter/jbig2_helper.h"
-#include "tests/pdf/filter/jbig2_builder.h"
 #include "tests/pdf/filter/samples.h"
+#include "tools/encoders/jbig2_encoder.h"
+#include "tools/encoders/jpeg_encoder.h"
 
 namespace filter_test {
 namespace {

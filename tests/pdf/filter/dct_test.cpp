@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "examples/encoders/jpeg_encoder.h"
 #include "tests/pdf/filter/samples.h"
+#include "tools/encoders/jpeg_encoder.h"
 
 using filter_test::decode;
 using filter_test::Decoded;

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "pdf/filter/jbig2_helper.h"
-#include "tests/pdf/filter/jbig2_builder.h"
 #include "tests/pdf/filter/samples.h"
 #include "tests/support/pdf_text.h"
+#include "tools/encoders/jbig2_encoder.h"
 
 namespace filter_test {
 namespace {

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "examples/encoders/jpx_encoder.h"
 #include "tests/pdf/filter/samples.h"
+#include "tools/encoders/jpx_encoder.h"
 
 namespace filter_test {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "examples/encoders/encoders.h"
 #include "pdf/filter/filter.h"
+#include "tools/encoders/encoders.h"
 
 // What the tests of the filters share: dictionaries in a line, streams over strings and readers.
 

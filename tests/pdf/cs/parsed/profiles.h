@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "examples/encoders/profiles.h"
+#include "tools/encoders/profiles.h"
 
 namespace testing_support {
 

@@ -1,5 +1,5 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "bench/scenes.h"
+#include "tools/bench_set/scenes.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -12,7 +12,9 @@ class PdfBuilder {
  public:
   PdfBuilder() : objects_(2) { objects_[0] = "<< /Type /Catalog /Pages 2 0 R >>"; }
 
-  void set(int number, const std::string& body) { objects_[static_cast<std::size_t>(number) - 1] = body; }
+  void set(int number, const std::string& body) {
+    objects_[static_cast<std::size_t>(number) - 1] = body;
+  }
 
   /// Returns the number of the new object.
   int add(const std::string& body) {
@@ -22,13 +24,15 @@ class PdfBuilder {
 
   /// `entries` are those of the stream's dictionary but for Length.
   int add_stream(const std::string& entries, const std::string& data) {
-    return add("<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream");
+    return add("<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" +
+               data + "\nendstream");
   }
 
   /// An image of whatever `entries` make of it.
   int add_image(int width, int height, const std::string& entries, const std::string& data) {
-    return add_stream(
-        "/Type /XObject /Subtype /Image /Width " + std::to_string(width) + " /Height " + std::to_string(height) + " " + entries, data);
+    return add_stream("/Type /XObject /Subtype /Image /Width " + std::to_string(width) +
+                          " /Height " + std::to_string(height) + " " + entries,
+                      data);
   }
 
   /// A gray image at 8 bits, all of its samples 'x'.
@@ -43,12 +47,13 @@ class PdfBuilder {
   }
 
   /// A page of 600 x 800 points.
-  int add_page(const std::string& resources, const std::string& content, const std::string& entries = "") {
+  int add_page(const std::string& resources, const std::string& content,
+               const std::string& entries = "") {
     return add_page_of(resources, add_stream("", content), entries);
   }
   int add_page_of(const std::string& resources, int contents, const std::string& entries = "") {
-    pages_.push_back(add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 600 800] /Contents " + ref(contents) + " /Resources << " + resources +
-                         " >> " + entries + " >>"));
+    pages_.push_back(add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 600 800] /Contents " +
+                         ref(contents) + " /Resources << " + resources + " >> " + entries + " >>"));
     return pages_.back();
   }
 
@@ -78,8 +83,8 @@ class PdfBuilder {
       file += std::to_string(i + 1) + " 0 obj\n" + objects_[i] + "\nendobj\n";
     }
     const std::string size = std::to_string(objects_.size() + 1);
-    return file + "xref\n0 " + size + "\n" + table + "trailer\n<< /Size " + size + " /Root 1 0 R >>\nstartxref\n" +
-           std::to_string(file.size()) + "\n%%EOF\n";
+    return file + "xref\n0 " + size + "\n" + table + "trailer\n<< /Size " + size +
+           " /Root 1 0 R >>\nstartxref\n" + std::to_string(file.size()) + "\n%%EOF\n";
   }
 
  private:

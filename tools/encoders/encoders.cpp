@@ -1,5 +1,5 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "examples/encoders/encoders.h"
+#include "tools/encoders/encoders.h"
 
 #include <cstdint>
 #include <cstdlib>

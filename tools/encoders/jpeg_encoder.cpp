@@ -1,5 +1,5 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "examples/encoders/jpeg_encoder.h"
+#include "tools/encoders/jpeg_encoder.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "examples/encoders/profiles.h"
+#include "tools/encoders/profiles.h"
 
 #include <algorithm>
 #include <cstddef>

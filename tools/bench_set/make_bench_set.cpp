@@ -16,13 +16,14 @@
 #include <vector>
 #include <zlib.h>
 
-#include "bench/scenes.h"
-#include "examples/encoders/encoders.h"
-#include "examples/encoders/fax_encoder.h"
-#include "examples/encoders/jpeg_encoder.h"
-#include "examples/encoders/jpx_encoder.h"
-#include "examples/encoders/profiles.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/bench_set/scenes.h"
+#include "tools/encoders/encoders.h"
+#include "tools/encoders/fax_encoder.h"
+#include "tools/encoders/jbig2_encoder.h"
+#include "tools/encoders/jpeg_encoder.h"
+#include "tools/encoders/jpx_encoder.h"
+#include "tools/encoders/pdf_builder.h"
+#include "tools/encoders/profiles.h"
 
 namespace {
 
@@ -158,19 +159,6 @@ std::string indexed_space() {
 
 enum class Bilevel { flate, fax, jbig2 };
 
-/// One generic region, coded as T.6 (ITU-T T.88, 7.4.6), on a page of its own.
-std::string jbig2_of(Size size, const std::string& fax) {
-  using encoders::jpx::big_endian;
-  const std::string sides = big_endian(static_cast<std::uint32_t>(size.width), 4) +
-                            big_endian(static_cast<std::uint32_t>(size.height), 4);
-  const auto segment = [](std::uint32_t number, char type, const std::string& data) {
-    return big_endian(number, 4) + type + '\0' + '\1' +
-           big_endian(static_cast<std::uint32_t>(data.size()), 4) + data;
-  };
-  return segment(0, 48, sides + std::string(11, '\0')) +
-         segment(1, 38, sides + std::string(9, '\0') + '\1' + fax);
-}
-
 std::string bilevel(Bilevel how) {
   PdfBuilder pdf;
   return ten_images(pdf, [&](int seed) {
@@ -191,7 +179,8 @@ std::string bilevel(Bilevel how) {
       case Bilevel::jbig2:
         break;
     }
-    return add("/Filter /JBIG2Decode", jbig2_of(size, encoders::encode_fax(rows, group_4)));
+    return add("/Filter /JBIG2Decode", encoders::jbig2_page(rows[0].size(), rows.size()) +
+                                           encoders::jbig2_generic(2, rows, 0));
   });
 }
 

@@ -1,5 +1,5 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "examples/encoders/jpx_encoder.h"
+#include "tools/encoders/jpx_encoder.h"
 
 #include <algorithm>
 #include <cstring>

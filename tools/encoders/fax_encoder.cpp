@@ -1,9 +1,9 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
-#include "examples/encoders/fax_encoder.h"
+#include "tools/encoders/fax_encoder.h"
 
 #include <cstdlib>
 
-#include "examples/encoders/encoders.h"
+#include "tools/encoders/encoders.h"
 
 namespace encoders {
 namespace {
