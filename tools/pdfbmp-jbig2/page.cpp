@@ -21,13 +21,23 @@ void on_message(void* problem, const char* message, Jbig2Severity severity, std:
   static_cast<Jbig2Problem*>(problem)->say(text);
 }
 
-// The decoder takes the memory of a page as soon as it is declared; so this is looked at first.
-bool page_fits(const Jbig2Segment& page, const Jbig2Request& request) {
-  if (page.data_bytes < 8) return false;
+// The decoder takes the memory of a page, and of all patterns side by side, as soon as they are
+// declared; so this is looked at first.
+bool fits(const Jbig2Segment& segment, const Jbig2Request& request) {
+  constexpr int pattern_dictionary = 16;
+  const unsigned char* const data = segment.data;
   const auto number = [&](std::size_t at) {
-    return std::uint64_t{page.data[at]} << 24 | std::uint64_t{page.data[at + 1]} << 16 |
-           std::uint64_t{page.data[at + 2]} << 8 | page.data[at + 3];
+    return std::uint64_t{data[at]} << 24 | std::uint64_t{data[at + 1]} << 16 |
+           std::uint64_t{data[at + 2]} << 8 | data[at + 3];
   };
+  if (segment.type == pattern_dictionary && segment.data_bytes >= 7) {
+    // Far beyond any dictionary in use, and decoded in a second.
+    constexpr std::uint64_t most = std::uint64_t{1} << 26;
+    const std::uint64_t pixels = (number(3) + 1) * data[1] * data[2];
+    return pixels <= most && pixels <= request.max_pixels;
+  }
+  if (!segment.is_page()) return true;
+  if (segment.data_bytes < 8) return false;
   const std::uint64_t width = number(0), height = number(4);
   // A height that is not known yet begins as that of a stripe, and grows within the memory limit.
   return height == 0xFFFFFFFF ? width <= request.max_pixels : width * height <= request.max_pixels;
@@ -44,9 +54,11 @@ int decode_segments(Jbig2Ctx* context, const unsigned char* bytes, std::size_t s
       problem.say("the JBIG2 data ends early");
       break;
     }
-    if (segment.is_page() && !page_fits(segment, request)) {
-      problem.say("the JBIG2 page is larger than the limits allow");
-      return 0;
+    if (!fits(segment, request)) {
+      problem.say(segment.is_page() ? "the JBIG2 page is larger than the limits allow"
+                                    : "the JBIG2 patterns are larger than the limits allow");
+      if (segment.is_page()) return 0;
+      break;
     }
     const bool was_good = problem.text[0] == '\0';
     if (jbig2_data_in(context, bytes, segment.bytes) < 0) {

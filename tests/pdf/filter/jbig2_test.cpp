@@ -68,6 +68,7 @@ TEST_F(JBIG2, WhatCannotBeIsAProblemAndNothingElse) {
   } cases[] = {
       {jbig2_page(100000, 100000), built, "limits"},
       {jbig2_page(0xFFFFFFFF, 0xFFFFFFFF), built, "limits"},
+      {jbig2_segment(0, 16, 1, {"\0\xFF\xFF\0\0\xFF\xFF", 7}), built, "patterns"},
       {"no segments, but bytes", built, ""},
       {std::string(1 << 20, '\xFF'), built, ""},
       {page_, "", "without its helper"},
