@@ -12,6 +12,7 @@ class BoundedStream final : public CPDFStream {
   BoundedStream(std::unique_ptr<CPDFStream> stream, std::int64_t most,
                 std::shared_ptr<CPDFDecodeReport> report)
       : stream_(std::move(stream)), left_(most), report_(std::move(report)) {
+    kind = stream_->kind;
     length = stream_->length;
   }
 

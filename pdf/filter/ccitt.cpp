@@ -209,7 +209,7 @@ namespace pdfbmp {
 std::unique_ptr<CPDFStream> make_ccitt(std::unique_ptr<CPDFStream> input,
                                        const CPDFFilterSetup& setup) {
   const CCITTParms parms(setup);
-  if (parms.columns < 1 || parms.columns > setup.limits.max_codec_bytes / 16) {
+  if (parms.columns < 1 || parms.columns > setup.limits.max_row_bytes) {
     setup.report->note("the width of the CCITT data is out of range");
     return nullptr;
   }

@@ -190,17 +190,18 @@ struct CPDFJpegDecoder::State {
     }
   }
 
-  std::int64_t coefficient_bytes() const {
+  std::int64_t blocks() const {
     std::int64_t blocks = 0;
     for (int i = 0; i < info.num_components; ++i) {
       blocks +=
           std::int64_t{info.comp_info[i].width_in_blocks} * info.comp_info[i].height_in_blocks;
     }
-    return blocks * static_cast<std::int64_t>(sizeof(JBLOCK));
+    return blocks;
   }
 
   // Reads every scan of data whose coefficients come in several.
   bool read_scans(const CPDFFilterLimits& limits) {
+    constexpr int usual_scans = 16;
     for (;;) {
       const int before = spoiled;
       const int result = jpeg_consume_input(&info);
@@ -209,10 +210,16 @@ struct CPDFJpegDecoder::State {
         say("the JPEG has more scans than the limits allow");
         return false;
       }
+      if (info.input_scan_number > usual_scans &&
+          blocks() > limits.max_scan_blocks / (info.input_scan_number - usual_scans)) {
+        say("the JPEG has more scans than the limits allow for its size");
+        return false;
+      }
       // Below a break in the first scan there is nothing at all.
       if (before == 0 && spoiled != 0 && info.input_scan_number == 1) {
         const auto done = info.input_iMCU_row > 0 ? info.input_iMCU_row - 1 : 0;
         sound_rows = done * static_cast<JDIMENSION>(info.max_v_samp_factor * DCTSIZE);
+        if (made_up_end) break;  // Nothing comes after it: the rest would only take memory.
       }
     }
     coarse = spoiled != 0 || (made_up_end && !all_arrived());
@@ -251,7 +258,7 @@ bool CPDFJpegDecoder::State::start(int color_transform, const CPDFFilterLimits& 
   }
   choose_colors(color_transform);
   if (jpeg_has_multiple_scans(&info)) {
-    if (coefficient_bytes() > limits.max_codec_bytes) {
+    if (blocks() > limits.max_codec_bytes / static_cast<std::int64_t>(sizeof(JBLOCK))) {
       say("the JPEG's coefficients need more memory than the limits allow");
       return false;
     }

@@ -18,10 +18,15 @@ class CPDFXRefTable;
 struct CPDFFilterLimits {
   std::int64_t max_pixels = std::int64_t{1} << 30;  ///< Of a codec's own header (DCT, JPX, JBIG2).
   std::int64_t max_codec_bytes = std::int64_t{1} << 30;  ///< Held by one codec (progressive, JPX).
-  /// That one filter delivers to the next, where the data in the file is not as long itself.
-  std::int64_t max_stage_bytes = std::int64_t{1} << 30;
-  int max_filters = 16;  ///< Filters in one chain.
-  int max_scans = 100;   ///< Scans of a progressive JPEG.
+  int max_filters = 16;                                  ///< Filters in one chain.
+  int max_scans = 100;                                   ///< Scans of a progressive JPEG.
+  std::int64_t max_scan_blocks = std::int64_t{1} << 23;  ///< Blocks in its scans after the 16th.
+  std::int64_t max_row_bytes = std::int64_t{1} << 24;    ///< Bytes of a row; columns of CCITT data.
+
+  /// What a filter may deliver: so many bytes, or so many times the data in the file, whichever is
+  /// more. Of the last filter only where its own format does not bound it.
+  std::int64_t max_stage_bytes = std::int64_t{1} << 26;
+  int max_expansion = 4096;
 };
 
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,

@@ -2,6 +2,7 @@
 #include "pdf/filter/filter_chain.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "pdf/filter/bounded_stream.h"
@@ -41,6 +42,13 @@ class ItemList {
   CPDFXRefTable* xref_;
   CPDFObjHolder value_;
 };
+
+// Blank paper takes no data to speak of in these, at an eighth of a byte a pixel, or they have a
+// limit of their own.
+bool bounds_itself(const pdfbmp::FilterEntry& filter) {
+  const std::string_view name = filter.name;
+  return name == "CCITTFaxDecode" || name == "JBIG2Decode" || name == "JPXDecode";
+}
 
 // The filters of a stream's dictionary, with their parameters.
 class FilterList {
@@ -89,10 +97,10 @@ class FilterList {
         return nullptr;
       }
       if (stream->length == 0) stream->length = encoded_length;  // A hint for who loads it whole.
-      if (i + 1 == count()) break;
-      stream = pdfbmp::make_bounded_stream(
-          std::move(stream), std::max<std::int64_t>(limits.max_stage_bytes, encoded_length),
-          report);
+      if (i + 1 == count() && bounds_itself(*filter)) break;
+      const std::int64_t most =
+          std::max(limits.max_stage_bytes, std::int64_t{encoded_length} * limits.max_expansion);
+      stream = pdfbmp::make_bounded_stream(std::move(stream), most, report);
       if (stream == nullptr) return nullptr;
     }
     return pdfbmp::make_measured_stream(std::move(stream), std::move(report));

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <openjpeg.h>
 #include <utility>
 
@@ -158,7 +159,11 @@ void CPDFJpxCodestream::find_end() {
   const std::int64_t size = bytes_.size() - base;
   const auto number = [&](std::int64_t at, int count) { return bytes_.number(base + at, count); };
   whole_size_ = size;
-  bool ended = false;
+  // What OpenJPEG expects the next part of each tile to be numbered.
+  const std::int64_t tiles = header_.tiles_across() * header_.tiles_down();
+  const std::unique_ptr<unsigned char[]> next(
+      new (std::nothrow) unsigned char[static_cast<std::size_t>(tiles)]());
+  bool ended = false, parts_seen = false;
   std::int64_t part = -1, part_length = 0, part_row = 0;  // The tile-part whose header is read.
   std::int64_t at = 2;
   while (!ended && at + 2 <= size) {
@@ -176,11 +181,20 @@ void CPDFJpxCodestream::find_end() {
       ended = true;
     } else {
       if (at + 12 > size) break;
-      if (marker == part_start) {
-        part = at;
-        part_row = number(at + 4, 2) / header_.tiles_across();
+      const bool is_start = marker == part_start;
+      if (part < 0 && parts_seen && !is_start) part_row = -1;
+      if (is_start) {
+        const std::int64_t tile = number(at + 4, 2);
+        const bool in_turn = tile < tiles && next != nullptr && number(at + 10, 1) == next[tile];
         part_length = number(at + 6, 4);
+        const bool sound = in_turn && (part_length == 0 || part_length >= 12);
+        part_row = sound ? tile / header_.tiles_across() : -1;
+        if (sound) ++next[tile];
+        parts_seen = true;
       }
+      // A changed header: the data breaks off before it, and no row is cut.
+      if (part_row < 0) break;
+      if (is_start) part = at;
       at += 2 + number(at + 2, 2);
     }
   }
