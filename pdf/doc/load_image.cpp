@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "pdf/doc/load_image.h"
 
+#include <algorithm>
 #include <climits>
 #include <new>
 #include <utility>
@@ -56,6 +57,16 @@ std::string space_problem(const CPDFObj* entry, CPDFObjectTable& table,
   return "colour space " + name.family + " cannot be used for this image";
 }
 
+/// Rows are held whole: of the image and of its masks.
+bool has_long_rows(const CPDFImage* image, const CPDFFilterLimits& limits) {
+  if (image == nullptr) return false;
+  const bool stencil = (image->flags & CPDFImage::image_mask) != 0;
+  const std::int64_t components = stencil || image->cs == nullptr ? 1 : image->cs->comp_count;
+  const std::int64_t bits = std::max<std::int64_t>(image->bpc, 8) * components;
+  return std::max<std::int64_t>(image->width, 0) > limits.max_row_bytes * 8 / bits ||
+         has_long_rows(image->mask, limits) || has_long_rows(image->smask, limits);
+}
+
 std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, const CPDFObj* space,
                          const CPDFDictionary* named, CPDFObjectTable& table,
                          const std::string& failure) {
@@ -63,6 +74,10 @@ std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, con
   const bool needs_space = (image.flags & CPDFImage::image_mask) == 0;
   if (needs_space && image.cs == nullptr) return space_problem(space, table, named);
   if (image.width < 1 || image.height < 1) return "the image has no size";
+  if (has_long_rows(&image, table.limits())) {
+    return "a row of the image has more bytes than the limit of " +
+           std::to_string(table.limits().max_row_bytes);
+  }
   return {};
 }
 

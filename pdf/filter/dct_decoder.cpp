@@ -202,16 +202,19 @@ struct CPDFJpegDecoder::State {
   // Reads every scan of data whose coefficients come in several.
   bool read_scans(const CPDFFilterLimits& limits) {
     constexpr int usual_scans = 16;
+    constexpr std::int64_t large_blocks = std::int64_t{1} << 20;
     for (;;) {
       const int before = spoiled;
       const int result = jpeg_consume_input(&info);
       if (result == JPEG_REACHED_EOI || result == JPEG_SUSPENDED) break;
       if (info.input_scan_number > limits.max_scans) {
+        problem[0] = '\0';  // It weighs more than what was odd before.
         say("the JPEG has more scans than the limits allow");
         return false;
       }
       if (info.input_scan_number > usual_scans &&
           blocks() > limits.max_scan_blocks / (info.input_scan_number - usual_scans)) {
+        problem[0] = '\0';  // It weighs more than what was odd before.
         say("the JPEG has more scans than the limits allow for its size");
         return false;
       }
@@ -219,7 +222,8 @@ struct CPDFJpegDecoder::State {
       if (before == 0 && spoiled != 0 && info.input_scan_number == 1) {
         const auto done = info.input_iMCU_row > 0 ? info.input_iMCU_row - 1 : 0;
         sound_rows = done * static_cast<JDIMENSION>(info.max_v_samp_factor * DCTSIZE);
-        if (made_up_end) break;  // Nothing comes after it: the rest would only take memory.
+        // Of what may come after it a large image is better off without, for its memory.
+        if (made_up_end || blocks() > large_blocks) break;
       }
     }
     coarse = spoiled != 0 || (made_up_end && !all_arrived());

@@ -184,11 +184,12 @@ void CPDFJpxCodestream::find_end() {
       const bool is_start = marker == part_start;
       if (part < 0 && parts_seen && !is_start) part_row = -1;
       if (is_start) {
-        const std::int64_t tile = number(at + 4, 2);
-        const bool in_turn = tile < tiles && next != nullptr && number(at + 10, 1) == next[tile];
+        const std::size_t tile = number(at + 4, 2);
+        const bool in_turn = tile < static_cast<std::size_t>(tiles) && next != nullptr &&
+                             number(at + 10, 1) == next[tile];
         part_length = number(at + 6, 4);
         const bool sound = in_turn && (part_length == 0 || part_length >= 12);
-        part_row = sound ? tile / header_.tiles_across() : -1;
+        part_row = sound ? static_cast<std::int64_t>(tile) / header_.tiles_across() : -1;
         if (sound) ++next[tile];
         parts_seen = true;
       }

@@ -3,9 +3,12 @@
 
 #include <algorithm>
 #include <map>
+#include <new>
 #include <set>
 #include <utility>
 #include <vector>
+
+#include "tools/pdfbmp/memory.h"
 
 namespace {
 
@@ -20,6 +23,24 @@ void tell_warnings(const CPDFDocument& document, const std::string& file, Messag
   }
 }
 
+// The images of the pages; where memory ran out on the way, those found before.
+std::vector<CPDFFoundImage> find_images(CPDFDocument& document, const std::string& file,
+                                        const Options& options, Messages& messages,
+                                        Outcome& outcome) {
+  std::vector<CPDFFoundImage> found;
+  bool failed = false;
+  try {
+    found = document.find_images(options.first_page, options.last_page);
+  } catch (const std::bad_alloc&) {
+    failed = true;
+  }
+  if (memory_ran_out() || failed) {
+    messages.error(file, memory_problem(options));
+    outcome = Outcome::unreadable;
+  }
+  return found;
+}
+
 }  // namespace
 
 ChosenImages choose_images(CPDFDocument& document, const std::string& file, const Options& options,
@@ -27,7 +48,7 @@ ChosenImages choose_images(CPDFDocument& document, const std::string& file, cons
   ChosenImages chosen;
   std::map<int, int> on_page;
   std::set<int> missing(options.objects.begin(), options.objects.end());
-  for (CPDFFoundImage& found : document.find_images(options.first_page, options.last_page)) {
+  for (CPDFFoundImage& found : find_images(document, file, options, messages, chosen.outcome)) {
     const int number = ++on_page[found.page];
     missing.erase(found.object);
     const bool is_asked_for =

@@ -11,6 +11,7 @@
 struct ChosenImages {
   std::vector<CPDFFoundImage> images;
   std::vector<int> numbers;  ///< Of each image, from 1, among all on the first page that uses it.
+  Outcome outcome = Outcome::ok;  ///< Not ok where they could not be found; that was told.
 };
 
 /// The images of a file that the options ask for: pages, objects, size. Says what was odd about the

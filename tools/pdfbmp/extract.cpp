@@ -78,7 +78,7 @@ class Extraction {
                          Counts& counts) {
     const ChosenImages chosen = choose_images(document, file, options_, messages_);
     const std::vector<CPDFFoundImage>& images = chosen.images;
-    Outcome outcome = Outcome::ok;
+    Outcome outcome = chosen.outcome;
 
     const auto work = [&](std::size_t i) {
       const std::string name = folder + image_file_name(images[i], chosen.numbers[i]);

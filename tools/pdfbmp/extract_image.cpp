@@ -64,12 +64,10 @@ bool write_all(const CPDFNativeFile& native, CPDFByteSink& sink) {
 // False where the image's data cannot be passed on as it is.
 bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
                     const Options& options, Output& output, ExtractedImage& result) {
-  CPDFFilterLimits limits;
-  limits.max_pixels = options.max_pixels;
   result.passed_over = !has_own_data(found, options.kind);
   if (result.passed_over) return true;
   CPDFNativeFile native;
-  if (!pdfbmp::open_native_file(document, found, limits, native)) return false;
+  if (!pdfbmp::open_native_file(document, found, options.limits, native)) return false;
   result.name = name + "." + native.suffix;
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
   if (file != nullptr && !write_all(native, file->sink())) result.error = file->failure();
@@ -90,17 +88,35 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
       extract_native(document, found, name, options, output, result)) {
     return;
   }
-  const Picture picture = open_picture(document, found, options);
+  Picture picture = open_picture(document, found, options);
   result.passed_over = picture.passed_over;
   result.error = picture.problem;
   if (picture.reader == nullptr) return;
 
-  const CPDFRasterInfo info = described(picture.reader->info(), found);
+  CPDFRasterInfo info = described(picture.reader->info(), found);
   result.name = name + "." + suffix_of(options.format, info);
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
+  int rows = info.height;
+  Copied copied = Copied::unwritten;
+  if (file != nullptr) {
+    copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &rows);
+  }
+  std::string why_cut;
+  if (copied == Copied::cut && rows > 0) {
+    why_cut = delivery_of(picture).problem + "; only its first " + std::to_string(rows) +
+              (rows == 1 ? " row is written" : " rows are written");
+    // The height stands before the rows, so all is made once more.
+    file.reset();
+    file = output.create(result.name, result.error);
+    picture = open_picture(document, found, options);
+    if (picture.reader == nullptr) return;
+    info.height = rows;
+    if (file != nullptr) {
+      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, rows);
+    }
+  }
   result.output_failed = file == nullptr;
   if (file == nullptr) return;
-  const Copied copied = copy_rows(picture, *make_writer(options.format, file->sink()), info);
   if (copied == Copied::unwritten) {
     result.error = file->failure();
     result.output_failed = !result.error.empty();
@@ -110,7 +126,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
 
   const Delivery delivery = delivery_of(picture);
   result.rows = delivery.rows;
-  result.error = delivery.problem;
+  result.error = why_cut.empty() ? delivery.problem : why_cut;
   if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
     if (result.error.empty()) result.error = "its rows cannot be read";
     return;

@@ -2,11 +2,13 @@
 #include "tools/pdfbmp/input.h"
 
 #include <cerrno>
+#include <new>
 #include <system_error>
 #include <unistd.h>
 #include <vector>
 
 #include "pdf/doc/file_sink.h"
+#include "tools/pdfbmp/memory.h"
 #include "tools/pdfbmp/temporary_file.h"
 
 namespace {
@@ -51,11 +53,19 @@ std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options&
 
   CPDFOpenOptions open_options;
   open_options.password = options.password;
-  open_options.limits.max_pixels = options.max_pixels;
+  open_options.limits = options.limits;
   CPDFOpenStatus status = CPDFOpenStatus::ok;
-  std::unique_ptr<CPDFDocument> document = CPDFDocument::open(source, open_options, status, error);
+  std::unique_ptr<CPDFDocument> document;
+  try {
+    document = CPDFDocument::open(source, open_options, status, error);
+  } catch (const std::bad_alloc&) {
+    error = memory_problem(options);
+    return nullptr;
+  }
   if (document != nullptr) {
     outcome = Outcome::ok;
+  } else if (memory_ran_out()) {
+    error = memory_problem(options);
   } else if (status == CPDFOpenStatus::needs_password) {
     outcome = Outcome::needs_password;
   }

@@ -41,6 +41,7 @@ Outcome run_list(const Options& options, Messages& messages) {
     ChosenImages chosen;
     if (document != nullptr) {
       chosen = choose_images(*document, file, options, messages);
+      worst = worse(worst, chosen.outcome);
     } else {
       messages.error(file, error);
     }

@@ -6,8 +6,10 @@
 #include "tools/pdfbmp/extract.h"
 #include "tools/pdfbmp/gallery.h"
 #include "tools/pdfbmp/list.h"
+#include "tools/pdfbmp/memory.h"
 #include "tools/pdfbmp/messages.h"
 #include "tools/pdfbmp/options.h"
+#include "tools/pdfbmp/ordered_jobs.h"
 
 namespace {
 
@@ -32,10 +34,12 @@ int main(int argc, char** argv) {
     Options options;
     if (const auto outcome = parse_options(argc, argv, options)) return exit_code_of(*outcome);
     Messages messages(options.quiet, options.files.size());
+    bound_memory(options, thread_count(options.jobs));
     try {
       return exit_code_of(run(options, messages));
     } catch (const std::bad_alloc&) {
-      messages.error("", "not enough memory");
+      messages.error("", memory_problem(options));
+      return exit_code_of(Outcome::unreadable);
     }
   } catch (const std::exception&) {
     // Not even the message could be made.

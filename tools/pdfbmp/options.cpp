@@ -42,6 +42,28 @@ void set_objects(const std::string& text, Options& options) {
   }
 }
 
+// "scans=200".
+void set_limit(const std::string& text, CPDFFilterLimits& limits) {
+  const std::size_t equals = text.find('=');
+  const std::string name = text.substr(0, equals);
+  std::int64_t* const wide = name == "scan-blocks"   ? &limits.max_scan_blocks
+                             : name == "row-bytes"   ? &limits.max_row_bytes
+                             : name == "codec-bytes" ? &limits.max_codec_bytes
+                             : name == "stage-bytes" ? &limits.max_stage_bytes
+                                                     : nullptr;
+  int* const narrow = name == "filters"     ? &limits.max_filters
+                      : name == "scans"     ? &limits.max_scans
+                      : name == "expansion" ? &limits.max_expansion
+                                            : nullptr;
+  const auto value =
+      equals == std::string::npos ? std::nullopt : number_of(text.substr(equals + 1));
+  if (!value || (wide == nullptr && narrow == nullptr)) {
+    throw CLI::ValidationError("--limit", text + " sets no limit");
+  }
+  if (wide != nullptr) *wide = *value;
+  if (narrow != nullptr) *narrow = *value;
+}
+
 void add_common_options(CLI::App& app, Options& options) {
   // Without the ranges in the help text: nobody asks for them.
   const CLI::Validator page = CLI::Range(1, std::numeric_limits<int>::max()).description("");
@@ -59,10 +81,24 @@ void add_common_options(CLI::App& app, Options& options) {
       ->type_name("WxH");
   app.add_option("--password", options.password, "User or owner password of the files")
       ->type_name("TEXT");
-  app.add_option("--max-pixels", options.max_pixels,
-                 "Refuse images of more pixels (" + std::to_string(options.max_pixels) + ")")
+  app.add_option("--max-pixels", options.limits.max_pixels,
+                 "Refuse images of more pixels (" + std::to_string(options.limits.max_pixels) + ")")
       ->check(count)
       ->type_name("N");
+  app.add_option("--max-memory", options.max_memory,
+                 "Take no more bytes of memory (" + std::to_string(options.max_memory) + ")")
+      ->check(count)
+      ->type_name("N");
+  app.add_option_function<std::vector<std::string>>(
+         "--limit",
+         [&options](const std::vector<std::string>& texts) {
+           for (const std::string& text : texts) set_limit(text, options.limits);
+         },
+         "Another limit: filters, scans, scan-blocks, row-bytes, codec-bytes, stage-bytes or "
+         "expansion; may be given several times")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->type_name("NAME=N");
   app.add_flag("-q,--quiet", options.quiet, "No progress and no warnings, errors only");
   for (CLI::Option* option : app.get_options()) option->group(common_group);
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "pdf/filter/filter.h"
 #include "tools/pdfbmp/exit_code.h"
 
 enum class Command { list, extract, gallery };
@@ -23,7 +24,8 @@ struct Options {
   std::vector<int> objects;           ///< Only images of these numbers; empty for all.
   int min_width = 0, min_height = 0;  ///< Images below either are left out.
   std::string password;
-  std::int64_t max_pixels = std::int64_t{1} << 30;
+  CPDFFilterLimits limits;
+  std::int64_t max_memory = std::int64_t{2} << 30;  ///< Bytes of the process, threads' own aside.
   bool json = false;
   bool quiet = false;
 

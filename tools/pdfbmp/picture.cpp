@@ -69,7 +69,7 @@ std::unique_ptr<CPDFRasterReader> open_reader(Picture& picture, const CPDFFoundI
   CPDFImage& image = *picture.loaded.image;
   switch (options.kind) {
     case PictureKind::automatic:
-      return open_automatic(picture, found, options.max_pixels);
+      return open_automatic(picture, found, options.limits.max_pixels);
     case PictureKind::color:
       return open_color(image);
     case PictureKind::gray:
@@ -115,7 +115,7 @@ std::string words_of(const CPDFDecodeReport& report) {
 }  // namespace
 
 std::string too_many_pixels(const CPDFFoundImage& found, const Options& options) {
-  if (std::int64_t{found.width} * found.height <= options.max_pixels) return {};
+  if (std::int64_t{found.width} * found.height <= options.limits.max_pixels) return {};
   return "its " + std::to_string(found.width) + " x " + std::to_string(found.height) +
          " pixels are more than --max-pixels allows";
 }

@@ -1,0 +1,256 @@
+// Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
+#include "tools/limits/bombs.h"
+
+#include <cstdint>
+
+#include "examples/encoders/encoders.h"
+#include "examples/encoders/fax_encoder.h"
+#include "examples/encoders/jpeg_encoder.h"
+#include "examples/encoders/jpx_encoder.h"
+#include "tests/support/pdf_builder.h"
+
+namespace {
+
+using encoders::deflate;
+using encoders::jpx::big_endian;
+
+const std::string gray = "/ColorSpace /DeviceGray /BitsPerComponent 8 ";
+const std::string bits = "/ColorSpace /DeviceGray /BitsPerComponent 1 ";
+
+std::string file_with(int width, int height, const std::string& entries, const std::string& data) {
+  PdfBuilder pdf;
+  pdf.add_page_with({pdf.add_image(width, height, entries, data)});
+  return pdf.finish();
+}
+
+std::string zeros(std::size_t megabytes) { return std::string(megabytes << 20, '\0'); }
+
+// So many megabytes of one character, deflated so many times.
+std::string nested_zeros(std::size_t megabytes, int levels, char fill = '\0') {
+  std::string data(megabytes << 20, fill);
+  for (int i = 0; i < levels; ++i) data = deflate(data);
+  return data;
+}
+
+std::string jpeg(int width, int height, bool progressive, int declared_width, int declared_height) {
+  std::string data = encoders::encode_jpeg({JCS_GRAYSCALE, -1, width, height, progressive},
+                                           [](int x, int, int) { return x / 8 & 255; });
+  const std::size_t frame = data.find(progressive ? "\xFF\xC2" : "\xFF\xC0");
+  return data.replace(frame + 5, 4,
+                      big_endian(static_cast<std::uint32_t>(declared_height), 2) +
+                          big_endian(static_cast<std::uint32_t>(declared_width), 2));
+}
+
+// The last scan of a progressive JPEG, a thousand times.
+std::string many_scans(int side) {
+  std::string data = jpeg(side, side, true, side, side);
+  const std::string scan =
+      data.substr(data.rfind("\xFF\xDA"), data.size() - 2 - data.rfind("\xFF\xDA"));
+  data.resize(data.size() - 2);
+  for (int i = 0; i < 1000; ++i) data += scan;
+  return data + "\xFF\xD9";
+}
+
+std::string jpx(std::uint32_t width, std::uint32_t height, std::uint32_t tile) {
+  std::string data = encoders::encode_jpx({{{}}}, [](int, int x, int) { return x; });
+  data.replace(8, 8, big_endian(width, 4) + big_endian(height, 4));
+  return data.replace(24, 8, big_endian(tile, 4) + big_endian(tile, 4));
+}
+
+std::string jbig2_segment(int number, int type, const std::string& body) {
+  return big_endian(static_cast<std::uint32_t>(number), 4) + static_cast<char>(type) +
+         std::string("\0\1", 2) + big_endian(static_cast<std::uint32_t>(body.size()), 4) + body;
+}
+
+// A page with one region of MMR data on it.
+std::string jbig2(std::uint32_t width, std::uint32_t height, const std::string& fax) {
+  const std::string size = big_endian(width, 4) + big_endian(height, 4), none(9, '\0');
+  std::string page = jbig2_segment(0, 48, size + none + std::string(2, '\0'));
+  if (!fax.empty()) page += jbig2_segment(1, 38, size + none + "\1" + fax);
+  return page + jbig2_segment(2, 49, "");
+}
+
+// T.6 data: `repeats` times a block of rows, which ends with so many white rows, a bit each, that
+// the next begins with a byte.
+std::string fax(int width, int height, int repeats, bool dense) {
+  encoders::FaxRows rows(static_cast<std::size_t>(height));
+  std::uint32_t noise = 1;
+  for (auto& row : rows) {
+    while (row.size() < static_cast<std::size_t>(width)) {
+      noise = noise * 1664525 + 1013904223;
+      const std::size_t run = dense ? 1 + (noise >> 30) : 20 + (noise >> 24);
+      row.append(run, row.empty() || row.back() == '1' ? '0' : '1');
+    }
+    row.resize(static_cast<std::size_t>(width));
+  }
+  rows.resize(rows.size() + 10, std::string(static_cast<std::size_t>(width), '0'));
+  std::vector<std::size_t> begins;
+  const std::string coded = encoders::encode_fax(rows, {-1}, &begins);
+  std::size_t used = static_cast<std::size_t>(height) + 1;  // Below the first white row.
+  while (begins[used] % 8 != 0) ++used;
+  std::string block = coded.substr(0, begins[used] / 8), data;
+  for (int i = 0; i < repeats; ++i) data += block;
+  return data;
+}
+
+std::string fax_file(int width, int height, const std::string& data) {
+  return file_with(width, height,
+                   bits + "/Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " +
+                       std::to_string(width) + " /Rows " + std::to_string(height) + " >>",
+                   data);
+}
+
+// Objects of every kind that hold themselves. 3: image, 4: mask, 5: colour space, 6: function,
+// 7: form, 8: filters.
+std::string cycles() {
+  PdfBuilder pdf;
+  pdf.add_image(8, 8, "/SMask 4 0 R /ColorSpace 5 0 R /BitsPerComponent 8", std::string(64, 'x'));
+  pdf.add_image(8, 8, gray + "/SMask 3 0 R /Mask 4 0 R", std::string(64, 'x'));
+  pdf.add("[/Separation /Ink 5 0 R 6 0 R]");
+  pdf.add(
+      "<< /FunctionType 3 /Domain [0 1] /Functions [6 0 R 6 0 R] /Bounds [0.5] /Encode [0 1 0 1] "
+      ">>");
+  pdf.add_form("/Resources << /XObject << /F 7 0 R /I 3 0 R /J 9 0 R >> >>", "/F Do /I Do /J Do");
+  pdf.add("[8 0 R 8 0 R /FlateDecode]");
+  pdf.add_image(8, 8, gray + "/Filter 8 0 R", "x");
+  pdf.add_page("/XObject << /F 7 0 R >>", "/F Do /F Do");
+  std::string file = pdf.finish();
+  return file.replace(file.find("/Kids [") + 7, 2, "2 ");
+}
+
+// A page tree in which each of 30 nodes stands twice in the one above it.
+std::string wide_tree(const std::string& what) {
+  PdfBuilder pdf;
+  pdf.add_page_with({pdf.add_image(8, 8)});
+  int below = pdf.add_form("", "q Q");
+  for (int i = 0; i < 30; ++i) {
+    const std::string one = PdfBuilder::ref(below);
+    below = pdf.add_form("/Resources << /XObject << /A " + one + " /B " + one + " >> >>", what);
+  }
+  pdf.add_page("/XObject << /A " + PdfBuilder::ref(below) + " >>", "/A Do");
+  return pdf.finish();
+}
+
+// All of the file's objects in one compressed stream, after so many megabytes of blanks.
+std::string object_stream(std::size_t megabytes) {
+  std::string file = "%PDF-1.7\n";
+  const std::string objects =
+      "<< /Type /Catalog /Pages 2 0 R >> << /Type /Pages /Count 0 /Kids [] >>";
+  const std::string data = deflate("1 0 2 34 " + objects + std::string(megabytes << 20, ' '));
+  const std::size_t at = file.size();
+  file += "3 0 obj\n<< /Type /ObjStm /N 2 /First 9 /Filter /FlateDecode /Length " +
+          std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream\nendobj\n";
+  const std::size_t table = file.size();
+  const auto entry = [](int type, std::size_t a, int b) {
+    return std::string(1, static_cast<char>(type)) + big_endian(static_cast<std::uint32_t>(a), 4) +
+           static_cast<char>(b);
+  };
+  const std::string entries =
+      entry(0, 0, 0) + entry(2, 3, 0) + entry(2, 3, 1) + entry(1, at, 0) + entry(1, table, 0);
+  return file + "4 0 obj\n<< /Type /XRef /Size 5 /W [1 4 1] /Root 1 0 R /Length " +
+         std::to_string(entries.size()) + " >>\nstream\n" + entries +
+         "\nendstream\nendobj\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
+}
+
+std::string flates(int n, const std::string& last = "") {
+  std::string names;
+  for (int i = 0; i < n; ++i) names += "/FlateDecode ";
+  return "/Filter [" + names + last + "] ";
+}
+
+}  // namespace
+
+std::vector<LimitCase> bombs() {
+  const std::string dct = gray + "/Filter /DCTDecode", jp2 = gray + "/Filter /JPXDecode",
+                    jb2 = bits + "/Filter /JBIG2Decode";
+  const std::string expands = "more than the limits allow";
+  return {
+      {"dictionary: too many pixels", 1, "--max-pixels",
+       [] { return file_with(40000, 40000, gray, "x"); }},
+      {"dictionary: a very long row", 1, "limit of 16777216",
+       [] { return file_with(1 << 30, 1, gray, "x"); }},
+      {"dictionary: one row arrives", 1, "ends early",
+       [] { return file_with(32000, 32000, gray, std::string(32000, 'x')); }},
+      {"dictionary: one row of a stencil", 1, "ends early",
+       [] {
+         return file_with(32000, 32000, "/ImageMask true /BitsPerComponent 1",
+                          std::string(4000, 'x'));
+       }},
+      {"mask: one row arrives", 1, "ends early",
+       [] {
+         PdfBuilder pdf;
+         const int mask = pdf.add_image(32000, 32000, gray, std::string(32000, 'x'));
+         pdf.add_page_with({pdf.add_image(8, 8, gray + "/SMask " + PdfBuilder::ref(mask), "x")});
+         return pdf.finish();
+       }},
+      {"DCT: declared size", 1, "",
+       [=] { return file_with(65500, 16000, dct, jpeg(64, 64, false, 65500, 16000)); }},
+      {"DCT: declared size, progressive", 1, "",
+       [=] { return file_with(22000, 22000, dct, jpeg(64, 64, true, 22000, 22000)); }},
+      {"DCT: 1,000 scans", 1, "more scans",
+       [=] { return file_with(512, 512, dct, many_scans(512)); }},
+      {"DCT: 1,000 scans of a large image", 1, "more scans",
+       [=] { return file_with(4000, 4000, dct, many_scans(4000)); }},
+      {"JPX: declared size", 1, "limits",
+       [=] { return file_with(30000, 30000, jp2, jpx(30000, 30000, 30000)); }},
+      {"JPX: vast size", 1, "limits",
+       [=] { return file_with(8, 8, jp2, jpx(0x7FFFFFFF, 0x7FFFFFFF, 1000)); }},
+      {"JPX: tiles", 1, "more tiles than",
+       [=] { return file_with(30000, 30000, jp2, jpx(30000, 30000, 120)); }},
+      {"JBIG2: declared size", 0, "",
+       [=] { return file_with(32000, 32000, jb2, jbig2(32000, 32000, "")); }},
+      {"JBIG2: vast size", 1, "limits",
+       [=] { return file_with(8, 8, jb2, jbig2(0x7FFFFFFF, 0x7FFFFFFF, "")); }},
+      {"Flate: two levels", 1, expands,
+       [=] { return file_with(32000, 32000, gray + flates(2), nested_zeros(300, 2)); }},
+      {"Flate: two levels of blanks", 1, expands,
+       [=] {
+         return file_with(8, 8, gray + flates(2, "/ASCIIHexDecode"), nested_zeros(300, 2, ' '));
+       }},
+      {"Flate, RunLength", 1, expands,
+       [=] {
+         return file_with(32000, 32000, gray + flates(1, "/RunLengthDecode"),
+                          deflate(encoders::encode_run_length(zeros(128))));
+       }},
+      {"RunLength: four levels", 1, "ends early",
+       [=] {
+         std::string data = encoders::encode_run_length(zeros(128));
+         for (int i = 0; i < 3; ++i) data = encoders::encode_run_length(data);
+         return file_with(
+             32000, 32000,
+             gray + "/Filter [/RunLengthDecode /RunLengthDecode /RunLengthDecode /RunLengthDecode]",
+             data);
+       }},
+      {"17 filters", 1, "more filters than the limits",
+       [=] { return file_with(8, 8, gray + flates(17), "x"); }},
+      {"Flate, CCITT: fill bits", 1, "",
+       [=] { return file_with(8, 8, bits + flates(2, "/CCITTFaxDecode"), nested_zeros(300, 2)); }},
+      {"Flate, DCT: nothing but junk", 1, "",
+       [=] { return file_with(8, 8, gray + flates(2, "/DCTDecode"), nested_zeros(300, 2)); }},
+      {"cycles of every kind", 1, "", cycles},
+      {"forms: 2 to the power of 30", 0, "", [] { return wide_tree("/A Do /B Do"); }},
+      {"arrays in arrays", 0, "",
+       [] {
+         return file_with(8, 8, "/ColorSpace " + std::string(100000, '[') + " /BitsPerComponent 8",
+                          "x");
+       }},
+      {"object stream beyond --max-memory",
+       3,
+       "--max-memory",
+       [] { return object_stream(200); },
+       {"--max-memory", "100000000", "-j", "1"}},
+  };
+}
+
+std::vector<LimitCase> large_files() {
+  return {
+      {"fax of 26 MB", 0, "", [] { return fax_file(10000, 8000, fax(10000, 800, 10, true)); }},
+      {"fax of 24,688 x 14,400", 0, "",
+       [] { return fax_file(24688, 14400, fax(24688, 144, 100, false)); }},
+      {"JBIG2 of 400 megapixels", 0, "",
+       [] {
+         return file_with(20000, 20000, bits + "/Filter /JBIG2Decode",
+                          jbig2(20000, 20000, fax(20000, 200, 100, false)));
+       }},
+  };
+}
