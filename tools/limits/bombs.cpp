@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
-#include "examples/encoders/encoders.h"
-#include "examples/encoders/fax_encoder.h"
-#include "examples/encoders/jpeg_encoder.h"
-#include "examples/encoders/jpx_encoder.h"
-#include "tests/support/pdf_builder.h"
+#include "tools/encoders/encoders.h"
+#include "tools/encoders/fax_encoder.h"
+#include "tools/encoders/jpeg_encoder.h"
+#include "tools/encoders/jpx_encoder.h"
+#include "tools/encoders/pdf_builder.h"
 
 namespace {
 

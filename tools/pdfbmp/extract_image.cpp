@@ -112,7 +112,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
     if (picture.reader == nullptr) return;
     info.height = rows;
     if (file != nullptr) {
-      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, rows);
+      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &rows);
     }
   }
   result.output_failed = file == nullptr;
