@@ -244,7 +244,7 @@ std::vector<LimitCase> bombs() {
 
 std::vector<LimitCase> large_files() {
   return {
-      {"fax of 26 MB", 0, "", [] { return fax_file(10000, 8000, fax(10000, 800, 10, true)); }},
+      {"fax of 26 MB", 0, "", [] { return fax_file(10000, 12000, fax(10000, 800, 15, true)); }},
       {"fax of 24,688 x 14,400", 0, "",
        [] { return fax_file(24688, 14400, fax(24688, 144, 100, false)); }},
       {"JBIG2 of 400 megapixels", 0, "",

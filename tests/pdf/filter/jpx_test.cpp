@@ -149,6 +149,16 @@ TEST(JPX, CutDataGivesWhatDecodes) {
   const Decoded cut = decode_jpx(tiled.substr(0, tiled.rfind("\xFF\x90")));
   EXPECT_EQ(cut.bytes, decode_jpx(tiled).bytes.substr(0, 16 * 32));
   EXPECT_TRUE(cut.report.damaged);
+  // A changed tile number, length or part number of the last tile is where the data breaks off.
+  for (const auto& [offset, value] : {std::pair{5, '\1'}, {5, '\x7F'}, {9, '\5'}, {10, '\3'}}) {
+    std::string changed = tiled;
+    const std::size_t part = tiled.rfind("\xFF\x90");
+    if (offset == 9) changed.replace(part + 6, 3, 3, '\0');
+    changed[part + static_cast<std::size_t>(offset)] = value;
+    const Decoded broken = decode_jpx(changed);
+    EXPECT_EQ(broken.bytes, cut.bytes) << offset;
+    EXPECT_TRUE(broken.report.damaged) << offset;
+  }
 }
 
 TEST(JPX, ADeclaredSizeTakesNoMemory) {
