@@ -74,10 +74,4 @@ TEST(BitmapReader, MaskAndIndexBitmaps) {
   EXPECT_EQ(reader->info().palette.size(), 256u);
 }
 
-TEST(BitmapReader, RefusesABitmapWithoutPixels) {
-  EXPECT_EQ(pdfbmp::make_bitmap_reader(CKXBmp32(0, 5)), nullptr);
-  EXPECT_EQ(pdfbmp::make_bitmap_reader(CKXBmpGray()), nullptr);
-  EXPECT_EQ(pdfbmp::make_bitmap_reader(CKXBmp8(5, 0)), nullptr);
-}
-
 }  // namespace

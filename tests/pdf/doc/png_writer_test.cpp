@@ -60,19 +60,6 @@ TEST(PngWriter, KeepsEveryPixel) {
   }
 }
 
-TEST(PngWriter, TellsTheResolutionInPixelsAMetre) {
-  const struct {
-    double x, y;
-    unsigned ppm_x, ppm_y;
-  } cases[] = {{300, 72, 11811, 2835}, {300, 0, 0, 0}, {1e300, 72, 0, 0}};
-  for (const auto& c : cases) {
-    MemorySink sink;
-    ASSERT_TRUE(write_png(sink, {2, 1, CPDFPixelFormat::gray8, 8, {}, c.x, c.y}, "ab"));
-    const PngReader png(sink.text);
-    EXPECT_EQ(std::pair(png.ppm_x, png.ppm_y), std::pair(c.ppm_x, c.ppm_y));
-  }
-}
-
 TEST(PngWriter, BytesDoNotDependOnWhereTheEncoderLies) {
   const CPDFRasterInfo info{4, 4, CPDFPixelFormat::gray8, 8, {}, 0, 0};
   const std::string rows(16, '\x27');

@@ -41,18 +41,13 @@ TEST(IccBased, FallsBackToAlternateAndThenToTheDeviceSpace) {
 
 TEST(IccBased, ConvertsByTheProfile) {
   TextXRef xref;
-  xref.add_stream(1, "<</N 3>>", rgb_profile(1.8));
-  xref.add_stream(2, "<</N 1>>", gray_profile(1.8));
   xref.add_stream(3, "<</N 4>>", cmyk_profile());
   xref.add_stream(4, "<</N 3>>", encoders::srgb_profile());
   xref.add_stream(5, "<</N 3 /Range [0 100 -128 127 -128 127]>>", encoders::lab_profile());
   xref.add_stream(6, "<</N 3 /Range [0 0.5 0 1 0 1]>>", encoders::srgb_profile());
   const auto icc = [&](int object) { return space_of("[/ICCBased " + std::to_string(object) + " 0 R]", &xref); };
-  const auto rgb = icc(1), gray = icc(2), cmyk = icc(3), srgb = icc(4), lab = icc(5), half = icc(6);
-  const auto curve = [](int v) { return srgb_encode(std::pow(v / 255.0, 1.8)); };
+  const auto cmyk = icc(3), srgb = icc(4), lab = icc(5), half = icc(6);
   for (int i = 0; i < 256; ++i) {
-    expect_near(rgb_of(*rgb, {i, 255 - i, i / 2}), {curve(i), curve(255 - i), curve(i / 2)}, 2, "power curve");
-    expect_near(rgb_of(*gray, {i}), {curve(i), curve(i), curve(i)}, 2, "gray");
     EXPECT_EQ(rgb_of(*srgb, {i, 9, 255 - i}), (Rgb{i, 9, 255 - i}));
     expect_near(rgb_of(*half, {i, 9, 255 - i}), {(i + 1) / 2, 9, 255 - i}, 2, "half the range");
   }

@@ -60,30 +60,25 @@ TEST(PostScriptProgram, FailsWhereTheStackOrANumberDoesNotServe) {
 }
 
 TEST(PostScriptProgram, KeepsItsLimits) {
-  const auto nested = [](int depth) {
-    std::string text = "{ 1 ";
-    for (int i = 0; i < depth; ++i) text += "true { ";
-    for (int i = 0; i < depth; ++i) text += "} if ";
-    return text + "}";
-  };
   const auto repeated = [](const std::string& what, int times) {
-    std::string text = "{ ";
+    std::string text;
     for (int i = 0; i < times; ++i) text += what;
-    return text + "}";
+    return text;
   };
+  const auto compiles = [](const std::string& text) { return CPDFPostScriptProgram().compile("{ 1 " + text + "}"); };
   using Program = CPDFPostScriptProgram;
-  EXPECT_TRUE(Program().compile(nested(Program::max_depth)));
-  EXPECT_FALSE(Program().compile(nested(Program::max_depth + 1)));
-  EXPECT_TRUE(Program().compile(repeated("neg ", Program::max_instructions)));
-  EXPECT_FALSE(Program().compile(repeated("neg ", Program::max_instructions + 1)));
-
+  for (const int more : {0, 1}) {
+    const int depth = Program::max_depth + more;
+    EXPECT_EQ(compiles(repeated("true { ", depth) + repeated("} if ", depth)), more == 0);
+    EXPECT_EQ(compiles(repeated("neg ", Program::max_instructions - 1 + more)), more == 0);
+  }
   for (const auto& [what, times, fits] : {std::tuple{"1 ", Program::stack_size, true},
                                           {"1 ", Program::stack_size + 1, false},
                                           {"dup ", Program::stack_size - 1, true},
                                           {"dup ", Program::stack_size, false}}) {
     Program program;
     double value = 1, out = 0;
-    ASSERT_TRUE(program.compile(repeated(what, times)));
+    ASSERT_TRUE(program.compile("{ " + repeated(what, times) + "}"));
     EXPECT_EQ(program.run(&value, *what == 'd' ? 1 : 0, &out, 1), fits) << what << times;
   }
 }
