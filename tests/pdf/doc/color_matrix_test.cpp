@@ -43,6 +43,7 @@ Rgb shaped_gray(const Values& v) { return {shaped(v[0]), shaped(v[0]), shaped(v[
 Rgb shaped_rgb(const Values& v) { return {shaped(v[0]), shaped(v[1]), shaped(v[2])}; }
 Rgb spot_rgb(const Values& v) { return cmyk_rgb({0.25 * v[0], v[0], 0.5 * v[0], 0.125 * v[0]}); }
 Rgb inks_rgb(const Values& v) { return cmyk_rgb({v[0], v[2], v[1], 0}); }
+Rgb two_inks_rgb(const Values& v) { return cmyk_rgb({v[0], v[1], 0, 0}); }
 
 int table_byte(int entry, int component) { return (entry * 37 + component * 91 + entry / 7) % 256; }
 
@@ -76,6 +77,7 @@ PdfBuilder with_parts_of_spaces() {
   pdf.add_stream("/N 4", "no profile");
   pdf.add_stream("/N 1", rgb_profile(1.8));
   pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1 0 1] /Range [0 1 0 1 0 1 0 1]", "{ exch 0 }");
+  pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1 0 1]", "{ 0 0 }");
   return pdf;
 }
 
@@ -88,6 +90,7 @@ std::vector<Space> all_spaces() {
       {"Separation", "[/Separation /Spot /DeviceCMYK << /FunctionType 2 /Domain [0 1] /N 1 /C0 [0 0 0 0] /C1 [0.25 1 0.5 0.125] >>]", one,
        spot_rgb},
       {"DeviceN", "[/DeviceN [/A /B /C] /DeviceCMYK 8 0 R]", three, inks_rgb},
+      {"DeviceN of two", "[/DeviceN [/A /B] /DeviceCMYK 9 0 R]", {0, 1, 0, 1}, two_inks_rgb},
       {"Lab", lab, lab_range, lab_rgb},
       {"CalRGB",
        "[/CalRGB << /WhitePoint [0.9505 1 1.089] /Gamma [1.8 2 2.2] /Matrix [0.5767 0.2973 0.027 0.1856 0.6274 0.0707 0.1882 0.0753 "
@@ -176,7 +179,7 @@ void expect_colors(CPDFRasterReader& picture, const Space& space, const Values& 
 
 TEST(ColorMatrix, EveryPixelIsAsTheStandardsSay) {
   std::map<std::size_t, std::vector<Coded>> coded;
-  for (const int n : {1, 3, 4}) coded[static_cast<std::size_t>(n) * 2] = codings(n);
+  for (const int n : {1, 2, 3, 4}) coded[static_cast<std::size_t>(n) * 2] = codings(n);
   for (const Space& space : all_spaces()) {
     for (const bool inverted : {false, true}) {
       Values decode = space.range;
