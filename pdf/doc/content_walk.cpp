@@ -31,7 +31,7 @@ class Walk {
 
   void run(std::string& content) {
     CPDFContentReader reader(content);
-    while (reader.next()) {
+    while (!scene_.is_full() && reader.next()) {
       const auto row = operators().find(reader.operation());
       if (row != operators().end()) (this->*row->second)(reader);
     }

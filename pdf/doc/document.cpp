@@ -18,9 +18,6 @@
 
 namespace {
 
-/// Decoded content that one walk reads: this much, and more for large files.
-constexpr std::int64_t least_content = std::int64_t{256} * 1024 * 1024;
-
 constexpr int max_profile_bytes = 64 * 1024 * 1024;
 
 class QpdfDocument final : public CPDFDocument {
@@ -42,7 +39,7 @@ class QpdfDocument final : public CPDFDocument {
     std::vector<CPDFFoundImage> found;
     guarded([&] {
       found = pdfbmp::walk_images(table_, pages_, std::max(first, 1), std::min(last, page_count()),
-                                  least_content + 64 * file_bytes_);
+                                  std::max(table_.limits().max_content_bytes, 16 * file_bytes_));
     });
     return found;
   }

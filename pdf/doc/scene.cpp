@@ -18,7 +18,7 @@ namespace {
 
 constexpr int max_depth = 40;    ///< Streams that run one another.
 constexpr int max_height = 500;  ///< Of a graph whose parts were read at different times.
-constexpr int max_content = 256 * 1024 * 1024;
+constexpr int max_content = 64 * 1024 * 1024;  ///< Of one stream.
 constexpr std::size_t max_edges = 1'000'000;
 
 double number_of(QPDFObjectHandle value, double otherwise) {
@@ -125,7 +125,7 @@ int Scene::add_image(QPDFObjectHandle image) {
       subtype.isNameAndEquals("/Image") || (!subtype.isName() && image.getDict().hasKey("/Width"));
   if (!is_image) return -1;
   const auto [at, is_new] = known_images_.try_emplace(image.getObjGen(), -1);
-  if (!is_new) return at->second;
+  if (!is_new || is_full()) return at->second;
   const PDF_REF ref = ref_of(image);
   CPDFObjHolder value;
   convert_object(image, value);
@@ -140,7 +140,17 @@ int Scene::add_image(QPDFObjectHandle image) {
   return at->second = static_cast<int>(images_.size()) - 1;
 }
 
+bool Scene::is_full() {
+  const bool full =
+      images_.size() >= static_cast<std::size_t>(std::max(table_.limits().max_images, 0));
+  if (full && !std::exchange(told_full_, true)) {
+    table_.add_warning("there are more images than the limits allow: not all are found");
+  }
+  return full;
+}
+
 int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record) {
+  if (is_full()) return -1;
   const auto start = std::prev(node.starts.upper_bound(position));
   const std::string key = start->second + " at " + std::to_string(position - start->first);
   const auto [at, is_new] = known_inline_images_.try_emplace(key, static_cast<int>(images_.size()));
@@ -166,7 +176,11 @@ std::string Scene::load_content(SceneNode& node) {
     content.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
     content += '\n';  // Streams are joined where a token may end.
     content_budget_ -= length;
-    if (content_budget_ <= 0) table_.add_warning("the content streams are too long: not all read");
+    // The loading stops within a chunk of the limit.
+    unsigned char more = 0;
+    if (decoded->read_block(&more, 1) < 1) continue;
+    table_.add_warning("the content is longer than the limits allow: not all is read");
+    if (limit < max_content) content_budget_ = 0;
   }
   return content;
 }

@@ -80,6 +80,9 @@ class Scene {
   /// nodes have its stream: a stream can be read with more than one set of resources.
   int add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record);
 
+  /// Whether there are as many images as the limits allow; warns of it once.
+  bool is_full();
+
   /// Adds an edge while there is room for more; the first to a target always finds some.
   void add_edge(SceneNode& node, const SceneEdge& edge);
 
@@ -102,6 +105,7 @@ class Scene {
   std::int64_t content_budget_;
   std::size_t edge_count_ = 0;
   int depth_ = 0;
+  bool told_full_ = false;
   std::deque<SceneNode> nodes_;  // Deques: references stay good while more is added.
   std::deque<SceneImage> images_;
   std::map<std::string, int> known_nodes_;

@@ -27,6 +27,11 @@ struct CPDFFilterLimits {
   /// more. Of the last filter only where its own format does not bound it.
   std::int64_t max_stage_bytes = std::int64_t{1} << 26;
   int max_expansion = 4096;
+
+  /// Of the content of pages, forms and glyphs that one search for images reads: so many bytes, or
+  /// 16 times the file's, whichever is more; and the images that it finds.
+  std::int64_t max_content_bytes = std::int64_t{1} << 24;
+  int max_images = 100'000;
 };
 
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,

@@ -118,6 +118,15 @@ std::string cycles() {
   return file.replace(file.find("/Kids [") + 7, 2, "2 ");
 }
 
+std::string with_content(const std::string& what, int times) {
+  PdfBuilder pdf;
+  std::string content;
+  for (int i = 0; i < times; ++i) content += what;
+  const int stream = pdf.add_stream("/Filter /FlateDecode", deflate(content));
+  pdf.add_page_of("", stream);
+  return pdf.finish();
+}
+
 // A page tree in which each of 30 nodes stands twice in the one above it.
 std::string wide_tree(const std::string& what) {
   PdfBuilder pdf;
@@ -227,6 +236,12 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(8, 8, bits + flates(2, "/CCITTFaxDecode"), nested_zeros(300, 2)); }},
       {"Flate, DCT: nothing but junk", 1, "",
        [=] { return file_with(8, 8, gray + flates(2, "/DCTDecode"), nested_zeros(300, 2)); }},
+      {"content: operators", 0, "", [] { return with_content("q Q ", 16 << 20); }},
+      {"content: inline images",
+       1,
+       "",
+       [] { return with_content("BI /W 1 /H 1 ID x EI ", 1 << 20); },
+       {"--limit", "images=1000"}},
       {"cycles of every kind", 1, "", cycles},
       {"forms: 2 to the power of 30", 0, "", [] { return wide_tree("/A Do /B Do"); }},
       {"arrays in arrays", 0, "",

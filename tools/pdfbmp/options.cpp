@@ -46,14 +46,16 @@ void set_objects(const std::string& text, Options& options) {
 void set_limit(const std::string& text, CPDFFilterLimits& limits) {
   const std::size_t equals = text.find('=');
   const std::string name = text.substr(0, equals);
-  std::int64_t* const wide = name == "scan-blocks"   ? &limits.max_scan_blocks
-                             : name == "row-bytes"   ? &limits.max_row_bytes
-                             : name == "codec-bytes" ? &limits.max_codec_bytes
-                             : name == "stage-bytes" ? &limits.max_stage_bytes
-                                                     : nullptr;
+  std::int64_t* const wide = name == "scan-blocks"     ? &limits.max_scan_blocks
+                             : name == "row-bytes"     ? &limits.max_row_bytes
+                             : name == "codec-bytes"   ? &limits.max_codec_bytes
+                             : name == "stage-bytes"   ? &limits.max_stage_bytes
+                             : name == "content-bytes" ? &limits.max_content_bytes
+                                                       : nullptr;
   int* const narrow = name == "filters"     ? &limits.max_filters
                       : name == "scans"     ? &limits.max_scans
                       : name == "expansion" ? &limits.max_expansion
+                      : name == "images"    ? &limits.max_images
                                             : nullptr;
   const auto value =
       equals == std::string::npos ? std::nullopt : number_of(text.substr(equals + 1));
@@ -94,8 +96,8 @@ void add_common_options(CLI::App& app, Options& options) {
          [&options](const std::vector<std::string>& texts) {
            for (const std::string& text : texts) set_limit(text, options.limits);
          },
-         "Another limit: filters, scans, scan-blocks, row-bytes, codec-bytes, stage-bytes or "
-         "expansion; may be given several times")
+         "Another limit: filters, scans, scan-blocks, row-bytes, codec-bytes, stage-bytes, "
+         "expansion, content-bytes or images; may be given several times")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("NAME=N");

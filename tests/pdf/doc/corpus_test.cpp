@@ -46,9 +46,9 @@ TEST(Corpus, EveryImageLoadsOrSaysWhyNot) {
       EXPECT_FALSE(found.pages.empty());
       const CPDFLoadedImage loaded = document->load_image(found);
       ASSERT_NE(loaded.image, nullptr);
-      EXPECT_EQ(loaded.problem.empty(),
-                loaded.image->stream != nullptr && (loaded.image->cs != nullptr || found.image_mask) && found.width > 0 && found.height > 0)
-          << loaded.problem;
+      const bool has_all = loaded.image->stream != nullptr && (loaded.image->cs != nullptr || found.image_mask);
+      const bool limited = loaded.problem.find("limit") != std::string::npos;
+      EXPECT_EQ(loaded.problem.empty(), has_all && found.width > 0 && found.height > 0 && !limited) << loaded.problem;
       EXPECT_EQ(std::pair(loaded.image->width, loaded.image->height), std::pair(found.width, found.height));
       EXPECT_EQ(read_all(document->raw_stream(found).get()).size(), static_cast<std::size_t>(found.bytes));
       if (peer_opened && found.object != 0) expect_bytes_of_qpdf(peer, *document, found);

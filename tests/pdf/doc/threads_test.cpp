@@ -2,30 +2,13 @@
 #include <gtest/gtest.h>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "pdf/doc/picture.h"
-#include "tests/pdf/cs/parsed/profiles.h"
 #include "tests/pdf/doc/documents.h"
-#include "tools/encoders/encoders.h"
-#include "tools/encoders/jpeg_encoder.h"
-#include "tools/encoders/jpx_encoder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
-
-std::string file_of_many_kinds() {
-  PdfBuilder pdf;
-  const int profile = pdf.add_stream("/N 3", testing_support::rgb_profile(1.8));
-  const std::string icc = "/BitsPerComponent 8 /ColorSpace [/ICCBased " + PdfBuilder::ref(profile) + "] ";
-  const auto level = [](int a, int b, int c) { return (a * 5 + b * 3 + c * 40) & 255; };
-  pdf.add_page_with({
-      pdf.add_image(9, 9, icc + "/Filter /FlateDecode /SMask " + PdfBuilder::ref(pdf.add_image(9, 9)),
-                    encoders::deflate(std::string(243, 'q'))),
-      pdf.add_image(40, 48, icc + "/Filter /DCTDecode", encoders::encode_jpeg({}, level)),
-      pdf.add_image(37, 29, icc + "/Filter /JPXDecode", encoders::encode_jpx({{{}, {}, {}}}, level)),
-      pdf.add_image(8, 8, "/ImageMask true", std::string(8, 'm')),
-  });
-  return pdf.finish();
-}
 
 std::vector<Row> all_rows(CPDFDocument& document) {
   std::vector<Row> all;
@@ -40,10 +23,10 @@ std::vector<Row> all_rows(CPDFDocument& document) {
 
 // Races between them are for ThreadSanitizer to see.
 TEST(Threads, SixteenGiveWhatOneGives) {
-  const std::string bytes = file_of_many_kinds();
+  const std::string bytes = file_content(PDFBMP_SAMPLE);  // Every kind of space and mask.
   const auto shared = open_bytes(bytes);
   const std::vector<Row> expected = all_rows(*open_bytes(bytes));
-  ASSERT_GT(expected.size(), 9u + 48 + 29);
+  ASSERT_GT(expected.size(), 1000u);
   std::vector<std::vector<Row>> own(16), common(16);
   std::vector<std::thread> threads;
   for (std::size_t i = 0; i < own.size(); ++i) {

@@ -161,17 +161,5 @@ TEST(JPX, CutDataGivesWhatDecodes) {
   }
 }
 
-TEST(JPX, ADeclaredSizeTakesNoMemory) {
-  const std::string encoded = encode({{{}}}), none(8, '\0');
-  const std::uint32_t cases[][3] = {
-      {20000, 20000, 20000}, {8000, 8000, 8000}, {60000, 60000, 60000}, {0xFFFFFFFF, 1, 1}, {20000, 20000, 100}, {0, 5, 5}, {5, 5, 0},
-  };
-  for (const auto& [width, height, tile] : cases) {
-    const std::string fields = big_endian(width, 4) + big_endian(height, 4) + none + big_endian(tile, 4) + big_endian(tile, 4);
-    const Decoded decoded = decode_jpx(std::string(encoded).replace(encoded.find("\xFF\x51") + 6, fields.size(), fields));
-    EXPECT_TRUE(decoded.bytes.empty() && !decoded.report.problem.empty()) << width << ' ' << tile;
-  }
-}
-
 }  // namespace
 }  // namespace filter_test
