@@ -50,7 +50,7 @@ std::string encode_jpeg(const Jpeg& jpeg, const std::function<int(int, int, int)
     jpeg_write_scanlines(&info, &start, 1);
   }
   jpeg_finish_compress(&info);
-  const std::string encoded(reinterpret_cast<char*>(bytes), size);
+  std::string encoded(reinterpret_cast<char*>(bytes), size);
   jpeg_destroy_compress(&info);
   std::free(bytes);
   return encoded;

@@ -27,7 +27,7 @@ std::string bytes_of(cmsHPROFILE profile) {
 class Conversion {
  public:
   explicit Conversion(bool to_lab) {
-    const cmsHPROFILE srgb = cmsCreate_sRGBProfile(), lab = cmsCreateLab2Profile(nullptr);
+    cmsHPROFILE srgb = cmsCreate_sRGBProfile(), lab = cmsCreateLab2Profile(nullptr);
     constexpr cmsUInt32Number intent = INTENT_RELATIVE_COLORIMETRIC;
     constexpr cmsUInt32Number flags = cmsFLAGS_NOCACHE;
     transform_ = to_lab ? cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_LabV2_16, intent, flags)
@@ -105,7 +105,7 @@ namespace encoders {
 std::string rgb_profile(double gamma, const cmsCIExyYTRIPLE& primaries) {
   cmsToneCurve* const curve = cmsBuildGamma(nullptr, gamma);
   cmsToneCurve* curves[3] = {curve, curve, curve};
-  const std::string bytes = bytes_of(cmsCreateRGBProfile(&d65_xy, &primaries, curves));
+  std::string bytes = bytes_of(cmsCreateRGBProfile(&d65_xy, &primaries, curves));
   cmsFreeToneCurve(curve);
   return bytes;
 }
@@ -114,7 +114,7 @@ std::string srgb_profile() { return bytes_of(cmsCreate_sRGBProfile()); }
 
 std::string gray_profile(double gamma) {
   cmsToneCurve* const curve = cmsBuildGamma(nullptr, gamma);
-  const std::string bytes = bytes_of(cmsCreateGrayProfile(&d65_xy, curve));
+  std::string bytes = bytes_of(cmsCreateGrayProfile(&d65_xy, curve));
   cmsFreeToneCurve(curve);
   return bytes;
 }
@@ -122,7 +122,7 @@ std::string gray_profile(double gamma) {
 std::string lab_profile() { return bytes_of(cmsCreateLab4Profile(nullptr)); }
 
 std::string cmyk_profile(unsigned nodes, const InksToRgb& to_rgb, const RgbToInks& to_inks) {
-  const cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+  cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
   cmsSetProfileVersion(profile, 2.1);  // Its tables need no curves round them.
   cmsSetDeviceClass(profile, cmsSigOutputClass);
   cmsSetColorSpace(profile, cmsSigCmykData);

@@ -133,8 +133,9 @@ std::string wide_tree(const std::string& what) {
   pdf.add_page_with({pdf.add_image(8, 8)});
   int below = pdf.add_form("", "q Q");
   for (int i = 0; i < 30; ++i) {
-    const std::string one = PdfBuilder::ref(below);
-    below = pdf.add_form("/Resources << /XObject << /A " + one + " /B " + one + " >> >>", what);
+    std::string resources = "/Resources << /XObject <<";
+    for (const char* name : {" /A ", " /B "}) resources.append(name).append(PdfBuilder::ref(below));
+    below = pdf.add_form(resources.append(" >> >>"), what);
   }
   pdf.add_page("/XObject << /A " + PdfBuilder::ref(below) + " >>", "/A Do");
   return pdf.finish();
