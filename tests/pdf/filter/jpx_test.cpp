@@ -65,12 +65,13 @@ TEST(JPX, DeliversEveryKindOfComponentAsBytes) {
   };
   for (const auto& [name, picture, delivered] : cases) {
     SCOPED_TRACE(name);
+    const auto shown = [&p = picture, &d = delivered](int x, int y, int c) { return as_byte(p, d.begin()[c], x, y); };
     const std::string codestream = encode(picture);
     for (const std::string& encoded : {codestream, "?" + codestream, file_of(codestream, "")}) {
       const Decoded decoded = decode_jpx(encoded);
       const int n = static_cast<int>(delivered.size());
       EXPECT_EQ(decoded.components, n);
-      expect_bytes(decoded.bytes, picture, n, [&](int x, int y, int c) { return as_byte(picture, delivered.begin()[c], x, y); });
+      expect_bytes(decoded.bytes, picture, n, shown);
       EXPECT_LT(decoded.alpha_channel, 0);
       EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
     }
