@@ -97,9 +97,10 @@ struct CPDFPngWriter::Encoder {
   Bytes filtered, chunk, level_buffer;
 
   // All of it zero, since the deflater looks past the end of its input. False where memory failed.
+  // One byte more than there are, so that the end of a small picture comes with all of its bytes.
   bool allocate(std::uint64_t filtered_bytes) {
     filtered_size =
-        static_cast<std::size_t>(std::min<std::uint64_t>(filtered_bytes, most_filtered));
+        static_cast<std::size_t>(std::min<std::uint64_t>(filtered_bytes + 1, most_filtered));
     chunk_data_size = std::min(filtered_size + input_slack, most_chunk_data);
     const std::size_t level_size =
         filtered_bytes > small_picture ? ISAL_DEF_LVL3_DEFAULT : ISAL_DEF_LVL3_SMALL;

@@ -125,7 +125,7 @@ int Scene::add_image(QPDFObjectHandle image) {
       subtype.isNameAndEquals("/Image") || (!subtype.isName() && image.getDict().hasKey("/Width"));
   if (!is_image) return -1;
   const auto [at, is_new] = known_images_.try_emplace(image.getObjGen(), -1);
-  if (!is_new || is_full()) return at->second;
+  if (!is_new || !has_room()) return at->second;
   const PDF_REF ref = ref_of(image);
   CPDFObjHolder value;
   convert_object(image, value);
@@ -140,28 +140,37 @@ int Scene::add_image(QPDFObjectHandle image) {
   return at->second = static_cast<int>(images_.size()) - 1;
 }
 
-bool Scene::is_full() {
-  const bool full =
-      images_.size() >= static_cast<std::size_t>(std::max(table_.limits().max_images, 0));
-  if (full && !std::exchange(told_full_, true)) {
+bool Scene::has_room() {
+  const auto most = static_cast<std::size_t>(std::max(table_.limits().max_images, 0));
+  if (images_.size() < most) return true;
+  if (!std::exchange(is_full_, true)) {
     table_.add_warning("there are more images than the limits allow: not all are found");
   }
-  return full;
+  return false;
 }
 
 int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record) {
-  if (is_full()) return -1;
   const auto start = std::prev(node.starts.upper_bound(position));
   const std::string key = start->second + " at " + std::to_string(position - start->first);
-  const auto [at, is_new] = known_inline_images_.try_emplace(key, static_cast<int>(images_.size()));
-  if (is_new) images_.emplace_back().record = std::move(record);
-  return at->second;
+  const auto [at, is_new] = known_inline_images_.try_emplace(key, -1);
+  if (!is_new || !has_room()) return at->second;
+  images_.emplace_back().record = std::move(record);
+  return at->second = static_cast<int>(images_.size()) - 1;
+}
+
+void Scene::tell_content_is_cut() {
+  if (std::exchange(content_is_cut_, true)) return;
+  table_.add_warning("the content is longer than the limits allow: not all is read");
 }
 
 std::string Scene::load_content(SceneNode& node) {
   std::string content;
   for (QPDFObjectHandle stream : node.streams) {
-    if (!stream.isStream() || content_budget_ <= 0) continue;
+    if (!stream.isStream()) continue;
+    if (content_budget_ <= 0) {
+      tell_content_is_cut();
+      break;
+    }
     CPDFObjHolder value;
     convert_object(stream, value);
     const std::unique_ptr<CPDFStream> decoded(table_.make_stream(value.stream()));
@@ -179,7 +188,7 @@ std::string Scene::load_content(SceneNode& node) {
     // The loading stops within a chunk of the limit.
     unsigned char more = 0;
     if (decoded->read_block(&more, 1) < 1) continue;
-    table_.add_warning("the content is longer than the limits allow: not all is read");
+    tell_content_is_cut();
     if (limit < max_content) content_budget_ = 0;
   }
   return content;

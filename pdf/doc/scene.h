@@ -80,8 +80,8 @@ class Scene {
   /// nodes have its stream: a stream can be read with more than one set of resources.
   int add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record);
 
-  /// Whether there are as many images as the limits allow; warns of it once.
-  bool is_full();
+  /// Whether an image was left out because there are as many as the limits allow.
+  bool is_full() const { return is_full_; }
 
   /// Adds an edge while there is room for more; the first to a target always finds some.
   void add_edge(SceneNode& node, const SceneEdge& edge);
@@ -94,6 +94,8 @@ class Scene {
   int node_of(const std::string& key, const std::vector<QPDFObjectHandle>& streams,
               const SceneResources& resources, bool owns_resources);
   int read(int index);
+  bool has_room();  ///< For one more image; warns once where there is none.
+  void tell_content_is_cut();
   std::string load_content(SceneNode& node);
   void list_resources(SceneNode& node);
   void list_node(SceneNode& node, int target);
@@ -105,7 +107,7 @@ class Scene {
   std::int64_t content_budget_;
   std::size_t edge_count_ = 0;
   int depth_ = 0;
-  bool told_full_ = false;
+  bool is_full_ = false, content_is_cut_ = false;
   std::deque<SceneNode> nodes_;  // Deques: references stay good while more is added.
   std::deque<SceneImage> images_;
   std::map<std::string, int> known_nodes_;

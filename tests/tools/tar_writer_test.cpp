@@ -24,8 +24,8 @@ TEST(TarWriter, MembersReadBack) {
   for (const auto& [name, content] : members) {
     ASSERT_TRUE(tar.begin(name, static_cast<std::int64_t>(content.size())));
     // In two pieces, as a file is copied.
-    ASSERT_TRUE(tar.write(content.data(), content.size() / 2));
-    ASSERT_TRUE(tar.write(content.data() + content.size() / 2, content.size() - content.size() / 2));
+    const std::size_t half = content.size() / 2;
+    ASSERT_TRUE(tar.write(content.data(), half) && tar.write(content.data() + half, content.size() - half));
     ASSERT_TRUE(tar.end());
   }
   ASSERT_TRUE(tar.finish());

@@ -15,6 +15,7 @@
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/tools/tar_reader.h"
+#include "tools/encoders/encoders.h"
 #include "tools/encoders/pdf_builder.h"
 
 namespace {
@@ -168,6 +169,18 @@ TEST_F(Tool, PicturesHoldThePixels) {
     EXPECT_EQ(png.color_type, color_type) << file;
     EXPECT_EQ(png.rows, rows) << file;
   }
+}
+
+// More pixels arrive, and more are missing, than are ever written blank.
+TEST_F(Tool, VastPictureEndsWhereItsDataDoes) {
+  const std::string rows(std::size_t{2048} * 5000, '\x55'), bits = "/ColorSpace /DeviceGray /BitsPerComponent 1 /Filter /FlateDecode";
+  PdfBuilder pdf;
+  pdf.add_page_with({pdf.add_image(16384, 16384, bits, encoders::deflate(rows))});
+  write_file(path("vast.pdf"), pdf.finish());
+  EXPECT_EQ(run({"extract", "vast.pdf", "-o", "out"}).exit_code, 1);
+  const PngReader png(file_content(path("out/0001-001-o3.png")));
+  EXPECT_EQ(png.error, "");
+  EXPECT_TRUE(png.rows == rows);
 }
 
 TEST_F(Tool, JsonTellsEveryFact) {

@@ -109,10 +109,11 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
     file.reset();
     file = output.create(result.name, result.error);
     picture = open_picture(document, found, options);
+    result.error = picture.problem;
     if (picture.reader == nullptr) return;
     info.height = rows;
     if (file != nullptr) {
-      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &rows);
+      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info);
     }
   }
   result.output_failed = file == nullptr;

@@ -65,7 +65,7 @@ class Gallery {
     }
     messages_.note(file_, count_of(count, "image") + " shown" +
                               (problems_ > 0 ? ", " + count_of(problems_, "problem") : ""));
-    return problems_ > 0 ? Outcome::incomplete : Outcome::ok;
+    return worse(chosen.outcome, problems_ > 0 ? Outcome::incomplete : Outcome::ok);
   }
 
  private:

@@ -47,6 +47,7 @@ std::shared_ptr<CPDFSource> open_standard_input(std::string& error) {
 std::unique_ptr<CPDFDocument> open_input(const std::string& file, const Options& options,
                                          Outcome& outcome, std::string& error) {
   outcome = Outcome::unreadable;
+  memory_ran_out();  // Of an image before: that is told already.
   const std::shared_ptr<CPDFSource> source =
       file == "-" ? open_standard_input(error) : pdfbmp::open_file_source(file, error);
   if (source == nullptr) return nullptr;

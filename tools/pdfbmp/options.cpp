@@ -16,11 +16,12 @@ namespace {
 constexpr const char* common_group = "Options of every command";
 
 // The number that is all of the text, from 0.
-std::optional<int> number_of(const std::string& text) {
-  int number = 0;
+template <class Number = int>
+std::optional<Number> number_of(const std::string& text) {
+  Number number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   const bool good = error == std::errc() && end == text.data() + text.size() && number >= 0;
-  return good ? std::optional<int>(number) : std::nullopt;
+  return good ? std::optional<Number>(number) : std::nullopt;
 }
 
 // "100x50", or "100" for both.
@@ -42,28 +43,50 @@ void set_objects(const std::string& text, Options& options) {
   }
 }
 
+struct LimitName {
+  const char* name;
+  std::int64_t CPDFFilterLimits::*wide;
+  int CPDFFilterLimits::*narrow;
+};
+
+constexpr LimitName limit_names[] = {
+    {"filters", nullptr, &CPDFFilterLimits::max_filters},
+    {"scans", nullptr, &CPDFFilterLimits::max_scans},
+    {"scan-blocks", &CPDFFilterLimits::max_scan_blocks, nullptr},
+    {"row-bytes", &CPDFFilterLimits::max_row_bytes, nullptr},
+    {"codec-bytes", &CPDFFilterLimits::max_codec_bytes, nullptr},
+    {"stage-bytes", &CPDFFilterLimits::max_stage_bytes, nullptr},
+    {"expansion", nullptr, &CPDFFilterLimits::max_expansion},
+    {"content-bytes", &CPDFFilterLimits::max_content_bytes, nullptr},
+    {"images", nullptr, &CPDFFilterLimits::max_images},
+};
+
+std::string all_limit_names() {
+  std::string text;
+  for (const LimitName& limit : limit_names)
+    text += (text.empty() ? "" : ", ") + std::string(limit.name);
+  return text;
+}
+
 // "scans=200".
 void set_limit(const std::string& text, CPDFFilterLimits& limits) {
-  const std::size_t equals = text.find('=');
+  const std::size_t equals = std::min(text.find('='), text.size());
   const std::string name = text.substr(0, equals);
-  std::int64_t* const wide = name == "scan-blocks"     ? &limits.max_scan_blocks
-                             : name == "row-bytes"     ? &limits.max_row_bytes
-                             : name == "codec-bytes"   ? &limits.max_codec_bytes
-                             : name == "stage-bytes"   ? &limits.max_stage_bytes
-                             : name == "content-bytes" ? &limits.max_content_bytes
-                                                       : nullptr;
-  int* const narrow = name == "filters"     ? &limits.max_filters
-                      : name == "scans"     ? &limits.max_scans
-                      : name == "expansion" ? &limits.max_expansion
-                      : name == "images"    ? &limits.max_images
-                                            : nullptr;
-  const auto value =
-      equals == std::string::npos ? std::nullopt : number_of(text.substr(equals + 1));
-  if (!value || (wide == nullptr && narrow == nullptr)) {
-    throw CLI::ValidationError("--limit", text + " sets no limit");
+  const std::string value = text.substr(std::min(equals + 1, text.size()));
+  for (const LimitName& limit : limit_names) {
+    if (name != limit.name) continue;
+    const auto wide = number_of<std::int64_t>(value);
+    const auto narrow = number_of(value);
+    if (limit.wide != nullptr && wide) {
+      limits.*limit.wide = *wide;
+      return;
+    }
+    if (limit.narrow != nullptr && narrow) {
+      limits.*limit.narrow = *narrow;
+      return;
+    }
   }
-  if (wide != nullptr) *wide = *value;
-  if (narrow != nullptr) *narrow = *value;
+  throw CLI::ValidationError("--limit", text + " sets no limit");
 }
 
 void add_common_options(CLI::App& app, Options& options) {
@@ -96,8 +119,7 @@ void add_common_options(CLI::App& app, Options& options) {
          [&options](const std::vector<std::string>& texts) {
            for (const std::string& text : texts) set_limit(text, options.limits);
          },
-         "Another limit: filters, scans, scan-blocks, row-bytes, codec-bytes, stage-bytes, "
-         "expansion, content-bytes or images; may be given several times")
+         "Another limit, one of " + all_limit_names() + "; may be given several times")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("NAME=N");
