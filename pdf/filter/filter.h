@@ -18,6 +18,8 @@ class CPDFXRefTable;
 struct CPDFFilterLimits {
   std::int64_t max_pixels = std::int64_t{1} << 30;  ///< Of a codec's own header (DCT, JPX, JBIG2).
   std::int64_t max_codec_bytes = std::int64_t{1} << 30;  ///< Held by one codec (progressive, JPX).
+  /// Of the processor, for a JBIG2 page and again for each 2^23 of its pixels.
+  int max_codec_seconds = 1;
   int max_filters = 16;                                  ///< Filters in one chain.
   int max_scans = 100;                                   ///< Scans of a progressive JPEG.
   std::int64_t max_scan_blocks = std::int64_t{1} << 23;  ///< Blocks in its scans after the 16th.

@@ -81,6 +81,7 @@ class JBIG2Stream : public CPDFWindowStream {
     Jbig2Request request;
     request.max_pixels = static_cast<std::uint64_t>(limits_.max_pixels);
     request.max_bytes = static_cast<std::uint64_t>(limits_.max_codec_bytes);
+    request.max_seconds = static_cast<std::uint64_t>(limits_.max_codec_seconds);
     request.globals_bytes = static_cast<std::uint64_t>(globals.size());
     bool heard = process_.send(&request, sizeof request) &&
                  process_.send(globals.data(), static_cast<std::size_t>(globals.size()));

@@ -18,22 +18,6 @@ std::size_t find_end(const unsigned char* data, std::size_t size) {
 
 }  // namespace
 
-bool Jbig2Segment::is_drawn_region() const {
-  switch (type) {
-    case 6:  // Text, generic, refined and halftone regions, those drawn at once, with loss or not.
-    case 7:
-    case 22:
-    case 23:
-    case 38:
-    case 39:
-    case 42:
-    case 43:
-      return true;
-    default:
-      return false;
-  }
-}
-
 Jbig2Segment read_segment(const unsigned char* bytes, std::size_t size) {
   Jbig2Segment segment;
   segment.bytes = size;

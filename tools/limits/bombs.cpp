@@ -5,6 +5,7 @@
 
 #include "tools/encoders/encoders.h"
 #include "tools/encoders/fax_encoder.h"
+#include "tools/encoders/jbig2_encoder.h"
 #include "tools/encoders/jpeg_encoder.h"
 #include "tools/encoders/jpx_encoder.h"
 #include "tools/encoders/pdf_builder.h"
@@ -12,6 +13,7 @@
 namespace {
 
 using encoders::deflate;
+using encoders::jbig2_segment;
 using encoders::jpx::big_endian;
 
 const std::string gray = "/ColorSpace /DeviceGray /BitsPerComponent 8 ";
@@ -57,17 +59,22 @@ std::string jpx(std::uint32_t width, std::uint32_t height, std::uint32_t tile) {
   return data.replace(24, 8, big_endian(tile, 4) + big_endian(tile, 4));
 }
 
-std::string jbig2_segment(int number, int type, const std::string& body) {
-  return big_endian(static_cast<std::uint32_t>(number), 4) + static_cast<char>(type) +
-         std::string("\0\1", 2) + big_endian(static_cast<std::uint32_t>(body.size()), 4) + body;
-}
-
 // A page with one region of MMR data on it.
 std::string jbig2(std::uint32_t width, std::uint32_t height, const std::string& fax) {
-  const std::string size = big_endian(width, 4) + big_endian(height, 4), none(9, '\0');
-  std::string page = jbig2_segment(0, 48, size + none + std::string(2, '\0'));
-  if (!fax.empty()) page += jbig2_segment(1, 38, size + none + "\1" + fax);
-  return page + jbig2_segment(2, 49, "");
+  std::string page = encoders::jbig2_page(width, height);
+  if (!fax.empty()) {
+    page += jbig2_segment(2, 38, 1, encoders::jbig2_region(width, height, 0) + '\1' + fax);
+  }
+  return page + jbig2_segment(3, 49, 1, "");
+}
+
+// A page of such regions, one over the other; `data` is what follows the region's size.
+std::string jbig2_regions(int type, std::uint32_t side, int count, const std::string& data) {
+  std::string page = encoders::jbig2_page(side, side);
+  for (int i = 0; i < count; ++i) {
+    page += jbig2_segment(2, type, 1, encoders::jbig2_region(side, side, 0) + data);
+  }
+  return page;
 }
 
 // T.6 data: `repeats` times a block of rows, which ends with so many white rows, a bit each, that
@@ -211,6 +218,16 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(32000, 32000, jb2, jbig2(32000, 32000, "")); }},
       {"JBIG2: vast size", 1, "limits",
        [=] { return file_with(8, 8, jb2, jbig2(0x7FFFFFFF, 0x7FFFFFFF, "")); }},
+      {"JBIG2: four billion symbols", 1, "more regions than the limits",
+       [=] {
+         const std::string symbols = std::string(2, '\0') + std::string(99, '\xFF');
+         return file_with(999, 999, jb2, jbig2_regions(6, 999, 1, symbols));
+       }},
+      {"JBIG2: a page of regions", 1, "limits",
+       [=] {
+         const std::string blank("\6\2\xFF\0\0", 5);
+         return file_with(999, 999, jb2, jbig2_regions(38, 999, 1000, blank));
+       }},
       {"Flate: two levels", 1, expands,
        [=] { return file_with(32000, 32000, gray + flates(2), nested_zeros(300, 2)); }},
       {"Flate: two levels of blanks", 1, expands,

@@ -57,6 +57,8 @@ bool allow_few_calls() {
       yes,
       allow(SYS_getrandom),
       yes,  // The allocator's.
+      allow(SYS_setitimer),
+      yes,
       allow(SYS_rt_sigreturn),
       yes,
       allow(SYS_exit),
@@ -71,13 +73,12 @@ bool allow_few_calls() {
 
 }  // namespace
 
-bool confine(std::uint64_t max_bytes) {
+bool confine(std::uint64_t max_bytes, std::uint64_t max_seconds) {
   constexpr std::uint64_t program_bytes = 64 << 20;
-  constexpr rlim_t seconds = 60;
   if (syscall(SYS_close_range, 3U, ~0U, 0U) != 0) {
     for (int file = 3; file < 1024; ++file) close(file);
   }
-  bool good = limit(RLIMIT_CPU, seconds) && limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_CORE, 0) &&
+  bool good = limit(RLIMIT_CPU, max_seconds) && limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_CORE, 0) &&
               limit(RLIMIT_NOFILE, 0) && prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
 #ifndef PDFBMP_SANITIZED
   // A sanitizer reserves terabytes and makes calls of its own.

@@ -4,13 +4,15 @@
 // program of its own so that a fault in the decoder can reach nothing: it has no rights but to
 // compute.
 
-#include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <jbig2.h>
+#include <sys/time.h>
 #include <unistd.h>
 
+#include "tools/pdfbmp-jbig2/budget.h"
 #include "tools/pdfbmp-jbig2/confine.h"
 #include "tools/pdfbmp-jbig2/page.h"
 #include "tools/pdfbmp-jbig2/protocol.h"
@@ -86,16 +88,37 @@ void answer(const Jbig2Image* page, const Jbig2Problem& problem) {
   write_all(inverted, held);
 }
 
+// The decoder cannot be asked to stop, so the answer is given in its midst.
+void on_timer(int) {
+  Jbig2Problem problem;
+  problem.say("the JBIG2 data takes longer than the limits allow");
+  answer(nullptr, problem);
+  _exit(0);
+}
+
+// Of the processor's time; 0 stops the timer.
+void set_timer(std::uint64_t seconds) {
+  itimerval timer = {};
+  timer.it_value.tv_sec = static_cast<time_t>(seconds);
+  setitimer(ITIMER_PROF, &timer, nullptr);
+}
+
 }  // namespace
 
 int main() {
   Jbig2Request request;
-  if (!read_all(&request, sizeof request) || !confine(request.max_bytes)) _exit(1);
+  std::signal(SIGPROF, on_timer);
+  if (!read_all(&request, sizeof request) ||
+      !confine(request.max_bytes, request.seconds_for(request.max_pixels) + 1)) {
+    _exit(1);
+  }
   Input input;
   Jbig2Problem problem;
   const Jbig2Image* page = nullptr;
   if (input.load(static_cast<std::size_t>(request.max_bytes))) {
+    set_timer(seconds_for(request, input.bytes, input.size));
     page = decode_page(request, input.bytes, input.size, nullptr, problem);
+    set_timer(0);
   } else {
     problem.say("the JBIG2 data is larger than the limits allow");
   }

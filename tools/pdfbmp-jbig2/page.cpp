@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "pdf/filter/jbig2_segments.h"
+#include "tools/pdfbmp-jbig2/budget.h"
 
 namespace {
 
@@ -21,32 +22,10 @@ void on_message(void* problem, const char* message, Jbig2Severity severity, std:
   static_cast<Jbig2Problem*>(problem)->say(text);
 }
 
-// The decoder takes the memory of a page, and of all patterns side by side, as soon as they are
-// declared; so this is looked at first.
-bool fits(const Jbig2Segment& segment, const Jbig2Request& request) {
-  constexpr int pattern_dictionary = 16;
-  const unsigned char* const data = segment.data;
-  const auto number = [&](std::size_t at) {
-    return std::uint64_t{data[at]} << 24 | std::uint64_t{data[at + 1]} << 16 |
-           std::uint64_t{data[at + 2]} << 8 | data[at + 3];
-  };
-  if (segment.type == pattern_dictionary && segment.data_bytes >= 7) {
-    // Far beyond any dictionary in use, and decoded in a second.
-    constexpr std::uint64_t most = std::uint64_t{1} << 26;
-    const std::uint64_t pixels = (number(3) + 1) * data[1] * data[2];
-    return pixels <= most && pixels <= request.max_pixels;
-  }
-  if (!segment.is_page()) return true;
-  if (segment.data_bytes < 8) return false;
-  const std::uint64_t width = number(0), height = number(4);
-  // A height that is not known yet begins as that of a stripe, and grows within the memory limit.
-  return height == 0xFFFFFFFF ? width <= request.max_pixels : width * height <= request.max_pixels;
-}
-
 // Hands on whole segments, one after the other, up to the first that is cut or does not decode.
 // Returns how many of them drew on the page.
 int decode_segments(Jbig2Ctx* context, const unsigned char* bytes, std::size_t size,
-                    const Jbig2Request& request, Jbig2Problem& problem) {
+                    Jbig2Budget& budget, Jbig2Problem& problem) {
   int drawn = 0;
   while (size > 0) {
     const Jbig2Segment segment = read_segment(bytes, size);
@@ -54,9 +33,8 @@ int decode_segments(Jbig2Ctx* context, const unsigned char* bytes, std::size_t s
       problem.say("the JBIG2 data ends early");
       break;
     }
-    if (!fits(segment, request)) {
-      problem.say(segment.is_page() ? "the JBIG2 page is larger than the limits allow"
-                                    : "the JBIG2 patterns are larger than the limits allow");
+    if (const char* const why = budget.refuses(segment)) {
+      problem.say(why);
       if (segment.is_page()) return 0;
       break;
     }
@@ -83,13 +61,14 @@ void Jbig2Problem::say(const char* what) {
 const Jbig2Image* decode_page(const Jbig2Request& request, const unsigned char* bytes,
                               std::size_t size, Jbig2Allocator* allocator, Jbig2Problem& problem) {
   if (size < request.globals_bytes) return nullptr;
+  Jbig2Budget budget(request, size);
   const auto globals_size = static_cast<std::size_t>(request.globals_bytes);
   Jbig2GlobalCtx* globals = nullptr;
   if (globals_size > 0) {
     Jbig2Ctx* const context =
         jbig2_ctx_new(allocator, JBIG2_OPTIONS_EMBEDDED, nullptr, on_message, &problem);
     if (context != nullptr) {
-      decode_segments(context, bytes, globals_size, request, problem);
+      decode_segments(context, bytes, globals_size, budget, problem);
       globals = jbig2_make_global_ctx(context);  // Which takes the context over.
     }
   }
@@ -100,7 +79,7 @@ const Jbig2Image* decode_page(const Jbig2Request& request, const unsigned char* 
     return nullptr;
   }
   const bool any =
-      decode_segments(context, bytes + globals_size, size - globals_size, request, problem) > 0;
+      decode_segments(context, bytes + globals_size, size - globals_size, budget, problem) > 0;
   if (!any && problem.text[0] != '\0') return nullptr;
   const Jbig2Image* page = jbig2_page_out(context);
   if (page == nullptr && jbig2_complete_page(context) == 0) page = jbig2_page_out(context);

@@ -16,6 +16,11 @@ struct Jbig2Request {
   std::uint64_t max_pixels = 0;
   std::uint64_t max_bytes = 0;
   std::uint64_t globals_bytes = 0;
+  std::uint64_t max_seconds = 0;  ///< Of the processor, and again for each 2^23 pixels.
+
+  std::uint64_t seconds_for(std::uint64_t pixels) const {
+    return max_seconds * (1 + (pixels >> 23));
+  }
 };
 
 struct Jbig2Reply {

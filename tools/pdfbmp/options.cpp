@@ -55,6 +55,7 @@ constexpr LimitName limit_names[] = {
     {"scan-blocks", &CPDFFilterLimits::max_scan_blocks, nullptr},
     {"row-bytes", &CPDFFilterLimits::max_row_bytes, nullptr},
     {"codec-bytes", &CPDFFilterLimits::max_codec_bytes, nullptr},
+    {"codec-seconds", nullptr, &CPDFFilterLimits::max_codec_seconds},
     {"stage-bytes", &CPDFFilterLimits::max_stage_bytes, nullptr},
     {"expansion", nullptr, &CPDFFilterLimits::max_expansion},
     {"content-bytes", &CPDFFilterLimits::max_content_bytes, nullptr},
