@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr int max_depth = 40;    ///< Streams that run one another.
 constexpr int max_height = 500;  ///< Of a graph whose parts were read at different times.
 constexpr int max_content = 64 * 1024 * 1024;  ///< Of one stream.
 constexpr std::size_t max_edges = 1'000'000;
+constexpr char content_is_cut[] = "the content is longer than the limits allow: not all is read";
 
 double number_of(QPDFObjectHandle value, double otherwise) {
   return value.isNumber() ? value.getNumericValue() : otherwise;
@@ -143,9 +143,8 @@ int Scene::add_image(QPDFObjectHandle image) {
 bool Scene::has_room() {
   const auto most = static_cast<std::size_t>(std::max(table_.limits().max_images, 0));
   if (images_.size() < most) return true;
-  if (!std::exchange(is_full_, true)) {
-    table_.add_warning("there are more images than the limits allow: not all are found");
-  }
+  is_full_ = true;
+  tell_once("there are more images than the limits allow: not all are found");
   return false;
 }
 
@@ -158,9 +157,8 @@ int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFou
   return at->second = static_cast<int>(images_.size()) - 1;
 }
 
-void Scene::tell_content_is_cut() {
-  if (std::exchange(content_is_cut_, true)) return;
-  table_.add_warning("the content is longer than the limits allow: not all is read");
+void Scene::tell_once(const char* warning) {
+  if (told_.insert(warning).second) table_.add_warning(warning);
 }
 
 std::string Scene::load_content(SceneNode& node) {
@@ -168,7 +166,7 @@ std::string Scene::load_content(SceneNode& node) {
   for (QPDFObjectHandle stream : node.streams) {
     if (!stream.isStream()) continue;
     if (content_budget_ <= 0) {
-      tell_content_is_cut();
+      tell_once(content_is_cut);
       break;
     }
     CPDFObjHolder value;
@@ -188,7 +186,7 @@ std::string Scene::load_content(SceneNode& node) {
     // The loading stops within a chunk of the limit.
     unsigned char more = 0;
     if (decoded->read_block(&more, 1) < 1) continue;
-    tell_content_is_cut();
+    tell_once(content_is_cut);
     if (limit < max_content) content_budget_ = 0;
   }
   return content;
@@ -243,7 +241,10 @@ int Scene::node_of(const std::string& key, const std::vector<QPDFObjectHandle>& 
 int Scene::read(int index) {
   if (index < 0) return -1;
   SceneNode& node = nodes_[static_cast<std::size_t>(index)];
-  if (node.state == SceneNode::State::unread && depth_ < max_depth) {
+  const bool is_unread = node.state == SceneNode::State::unread;
+  if (is_unread && depth_ >= std::min(table_.limits().max_nesting, max_height)) {
+    tell_once("forms are nested deeper than the limits allow: not all are read");
+  } else if (is_unread) {
     node.state = SceneNode::State::being_read;
     ++depth_;
     try {

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -95,7 +96,7 @@ class Scene {
               const SceneResources& resources, bool owns_resources);
   int read(int index);
   bool has_room();  ///< For one more image; warns once where there is none.
-  void tell_content_is_cut();
+  void tell_once(const char* warning);
   std::string load_content(SceneNode& node);
   void list_resources(SceneNode& node);
   void list_node(SceneNode& node, int target);
@@ -107,7 +108,8 @@ class Scene {
   std::int64_t content_budget_;
   std::size_t edge_count_ = 0;
   int depth_ = 0;
-  bool is_full_ = false, content_is_cut_ = false;
+  bool is_full_ = false;
+  std::set<std::string> told_;
   std::deque<SceneNode> nodes_;  // Deques: references stay good while more is added.
   std::deque<SceneImage> images_;
   std::map<std::string, int> known_nodes_;

@@ -60,6 +60,7 @@ constexpr LimitName limit_names[] = {
     {"expansion", nullptr, &CPDFFilterLimits::max_expansion},
     {"content-bytes", &CPDFFilterLimits::max_content_bytes, nullptr},
     {"images", nullptr, &CPDFFilterLimits::max_images},
+    {"nesting", nullptr, &CPDFFilterLimits::max_nesting},
 };
 
 std::string all_limit_names() {

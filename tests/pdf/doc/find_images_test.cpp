@@ -123,6 +123,7 @@ TEST(FindImages, WhatLeadsToItselfEnds) {
   EXPECT_EQ(images[0].object, image);
   EXPECT_GE(images[0].placements.size(), 2u);
   EXPECT_NE(document->load_image(images[0]).image->stream, nullptr);
+  EXPECT_NE(document->warnings().back().find("nested deeper than the limits"), std::string::npos);
 }
 
 TEST(FindImages, AnInlineImageOfSharedContentIsOne) {
