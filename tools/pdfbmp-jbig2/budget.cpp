@@ -7,8 +7,9 @@ namespace {
 
 // A scan of text takes a byte for a hundred pixels or so.
 constexpr std::uint64_t pixels_per_byte = std::uint64_t{1} << 13;
-// Instances of symbols, symbols and cells of halftones: a handful of bits each in honest data.
+// Symbols, their instances, patterns and cells of halftones: a handful of bits each in honest data.
 constexpr std::uint64_t items_per_byte = 64;
+constexpr std::uint64_t free_items = std::uint64_t{1} << 12, free_cells = std::uint64_t{1} << 22;
 
 // Numbers of a segment's data; 0 beyond its end.
 class Fields {
@@ -71,23 +72,24 @@ const char* Jbig2Budget::refuses_page(const Jbig2Segment& segment) {
 bool Jbig2Budget::is_bounded_dictionary(const Jbig2Segment& segment) const {
   const Fields fields(segment);
   if (segment.is_symbol_dictionary()) {
-    return dictionary_symbols(fields) <= amount(1 << 16, items_per_byte);
+    return dictionary_symbols(fields) <= amount(free_items, items_per_byte);
   }
   // All patterns lie side by side in one bitmap. The bound is far beyond any dictionary in use, and
   // decoded in a second.
   constexpr std::uint64_t most = std::uint64_t{1} << 26;
-  const std::uint64_t pixels =
-      (fields.number(3, 4) + 1) * fields.number(1, 1) * fields.number(2, 1);
-  return pixels <= std::min(most, request_.max_pixels);
+  const std::uint64_t patterns = fields.number(3, 4) + 1;
+  return patterns <= amount(free_items, items_per_byte) &&
+         patterns * fields.number(1, 1) * fields.number(2, 1) <=
+             std::min(most, request_.max_pixels);
 }
 
 bool Jbig2Budget::is_bounded_region(const Jbig2Segment& segment) {
   const Fields fields(segment);
   std::uint64_t pixels = area(fields, 0);
   if (segment.is_text_region()) {
-    if (text_instances(fields) > amount(1 << 16, items_per_byte)) return false;
+    if (text_instances(fields) > amount(free_items, items_per_byte)) return false;
   } else if (segment.is_halftone_region()) {
-    if (area(fields, region_header + 1) > amount(1 << 22, items_per_byte)) return false;
+    if (area(fields, region_header + 1) > amount(free_cells, items_per_byte)) return false;
   } else if (segment.is_generic_region() && (fields.number(region_header, 1) & 1) != 0) {
     pixels /= 16;  // Blank rows of T.6 are a bit each, and filled at once.
   }
