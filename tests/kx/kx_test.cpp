@@ -9,9 +9,11 @@
 #include "kx/alloc.h"
 #include "kx/bmp.h"
 
-/// AddressSanitizer's allocator, where it is in, is to fail as others do.
+/// A sanitizer's allocator, where it is in, is to fail as others do.
 extern "C" const char* __asan_default_options();
+extern "C" const char* __tsan_default_options();
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+extern "C" const char* __tsan_default_options() { return __asan_default_options(); }
 
 namespace {
 
