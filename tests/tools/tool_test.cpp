@@ -181,6 +181,8 @@ TEST_F(Tool, VastPictureEndsWhereItsDataDoes) {
   const PngReader png(file_content(path("out/0001-001-o3.png")));
   EXPECT_EQ(png.error, "");
   EXPECT_TRUE(png.rows == rows);
+  EXPECT_EQ(run({"extract", "vast.pdf", "-o", "out", "--limit", "blank-pixels=268435456"}).exit_code, 1);
+  EXPECT_EQ(PngReader(file_content(path("out/0001-001-o3.png"))).rows.size(), std::size_t{2048} * 16384);
 }
 
 TEST_F(Tool, JsonTellsEveryFact) {

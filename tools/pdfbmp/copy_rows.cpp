@@ -7,23 +7,23 @@
 namespace {
 
 // Whether row `y` is below all data that arrived, with too much of the picture after it.
-bool ends_above(int y, const Picture& picture, const CPDFRasterInfo& info) {
-  if (std::int64_t{info.height - y} * info.width <= most_blank_pixels) return false;
+bool ends_above(int y, const Picture& picture, const CPDFRasterInfo& info, const Cut& cut) {
+  if (std::int64_t{info.height - y} * info.width <= cut.max_blank_pixels) return false;
   return delivery_of(picture).rows <= std::int64_t{y} * picture.source_rows / info.height;
 }
 
 }  // namespace
 
 Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRasterInfo& info,
-                 int* rows) {
+                 Cut* cut) {
   std::vector<unsigned char> row(static_cast<std::size_t>(info.row_bytes()));
   if (!writer.begin(info)) return Copied::unwritten;
   for (int y = 0; y < info.height; ++y) {
     if (!picture.reader->read_row(row.data())) return Copied::unread;
     // Where not even the first row arrived the others would only be blank, however many.
     if (y == 0 && delivery_of(picture).rows == 0) return Copied::unread;
-    if (rows != nullptr && ends_above(y, picture, info)) {
-      *rows = y;
+    if (cut != nullptr && ends_above(y, picture, info, *cut)) {
+      cut->rows = y;
       return Copied::cut;
     }
     if (!writer.write_row(row.data())) return Copied::unwritten;

@@ -96,22 +96,22 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
   CPDFRasterInfo info = described(picture.reader->info(), found);
   result.name = name + "." + suffix_of(options.format, info);
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
-  int rows = info.height;
+  Cut cut = {options.max_blank_pixels};
   Copied copied = Copied::unwritten;
   if (file != nullptr) {
-    copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &rows);
+    copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &cut);
   }
   std::string why_cut;
-  if (copied == Copied::cut && rows > 0) {
-    why_cut = delivery_of(picture).problem + "; only its first " + std::to_string(rows) +
-              (rows == 1 ? " row is written" : " rows are written");
+  if (copied == Copied::cut && cut.rows > 0) {
+    why_cut = delivery_of(picture).problem + "; only its first " + std::to_string(cut.rows) +
+              (cut.rows == 1 ? " row is written" : " rows are written");
     // The height stands before the rows, so all is made once more.
     file.reset();
     file = output.create(result.name, result.error);
     picture = open_picture(document, found, options);
     result.error = picture.problem;
     if (picture.reader == nullptr) return;
-    info.height = rows;
+    info.height = cut.rows;
     if (file != nullptr) {
       copied = copy_rows(picture, *make_writer(options.format, file->sink()), info);
     }

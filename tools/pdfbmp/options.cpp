@@ -47,6 +47,7 @@ struct LimitName {
   const char* name;
   std::int64_t CPDFFilterLimits::*wide;
   int CPDFFilterLimits::*narrow;
+  std::int64_t Options::*own = nullptr;
 };
 
 constexpr LimitName limit_names[] = {
@@ -61,6 +62,7 @@ constexpr LimitName limit_names[] = {
     {"content-bytes", &CPDFFilterLimits::max_content_bytes, nullptr},
     {"images", nullptr, &CPDFFilterLimits::max_images},
     {"nesting", nullptr, &CPDFFilterLimits::max_nesting},
+    {"blank-pixels", nullptr, nullptr, &Options::max_blank_pixels},
 };
 
 std::string all_limit_names() {
@@ -70,23 +72,24 @@ std::string all_limit_names() {
   return text;
 }
 
+template <class Number>
+bool set_number(const std::string& text, Number& out) {
+  const auto number = number_of<Number>(text);
+  if (number) out = *number;
+  return number.has_value();
+}
+
 // "scans=200".
-void set_limit(const std::string& text, CPDFFilterLimits& limits) {
+void set_limit(const std::string& text, Options& options) {
   const std::size_t equals = std::min(text.find('='), text.size());
   const std::string name = text.substr(0, equals);
   const std::string value = text.substr(std::min(equals + 1, text.size()));
   for (const LimitName& limit : limit_names) {
     if (name != limit.name) continue;
-    const auto wide = number_of<std::int64_t>(value);
-    const auto narrow = number_of(value);
-    if (limit.wide != nullptr && wide) {
-      limits.*limit.wide = *wide;
-      return;
-    }
-    if (limit.narrow != nullptr && narrow) {
-      limits.*limit.narrow = *narrow;
-      return;
-    }
+    const bool is_set = limit.wide != nullptr     ? set_number(value, options.limits.*limit.wide)
+                        : limit.narrow != nullptr ? set_number(value, options.limits.*limit.narrow)
+                                                  : set_number(value, options.*limit.own);
+    if (is_set) return;
   }
   throw CLI::ValidationError("--limit", text + " sets no limit");
 }
@@ -119,7 +122,7 @@ void add_common_options(CLI::App& app, Options& options) {
   app.add_option_function<std::vector<std::string>>(
          "--limit",
          [&options](const std::vector<std::string>& texts) {
-           for (const std::string& text : texts) set_limit(text, options.limits);
+           for (const std::string& text : texts) set_limit(text, options);
          },
          "Another limit, one of " + all_limit_names() + "; may be given several times")
       ->expected(1)

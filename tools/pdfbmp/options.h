@@ -25,6 +25,7 @@ struct Options {
   int min_width = 0, min_height = 0;  ///< Images below either are left out.
   std::string password;
   CPDFFilterLimits limits;
+  std::int64_t max_blank_pixels = std::int64_t{1} << 26;  ///< Written below what arrived.
   std::int64_t max_memory = std::int64_t{2} << 30;  ///< Bytes of the process, threads' own aside.
   bool json = false;
   bool quiet = false;

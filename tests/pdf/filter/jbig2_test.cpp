@@ -69,6 +69,7 @@ TEST_F(JBIG2, WhatCannotBeIsAProblemAndNothingElse) {
       {jbig2_page(100000, 100000), built, "limits"},
       {jbig2_page(0xFFFFFFFF, 0xFFFFFFFF), built, "limits"},
       {jbig2_segment(0, 16, 1, {"\0\xFF\xFF\0\0\xFF\xFF", 7}), built, "dictionary"},
+      {jbig2_segment(0, 16, 1, {"\0\3\1\0\0\xFF\xFF", 7}), built, "dictionary"},
       {jbig2_page(8, 8) + jbig2_segment(2, 6, 1, jbig2_region(8, 8, 0) + std::string(2, '\0') + std::string(99, '\xFF')), built, "regions"},
       {jbig2_page(8, 8) + jbig2_segment(2, 0, 1, std::string(10, '\0') + std::string(99, '\xFF')), built, "dictionary"},
       {jbig2_page(8, 8) + jbig2_segment(2, 22, 1, jbig2_region(8, 8, 0) + std::string(99, '\xFF')), built, "regions"},
