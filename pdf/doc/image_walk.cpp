@@ -30,7 +30,7 @@ CPDFPlacement place(int page, const CPDFMatrix& m, const CPDFFoundImage& image) 
   const auto [y0, y1] = span(m.f, m.b, m.d);
   placement.bbox = {x0, y0, x1, y1};
   const auto ppi = [](int samples, double points) {
-    return points > 0 ? samples * 72.0 / points : 0;
+    return points > 0 ? std::max(samples, 0) * 72.0 / points : 0;
   };
   placement.ppi = {ppi(image.width, std::hypot(m.a, m.b)), ppi(image.height, std::hypot(m.c, m.d))};
   return placement;

@@ -128,13 +128,15 @@ TEST(FindImages, WhatLeadsToItselfEnds) {
 
 TEST(FindImages, AnInlineImageOfSharedContentIsOne) {
   PdfBuilder pdf;
-  const int content =
-      pdf.add_stream("", "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q BI /W 1 /H 1 /IM true ID\n\x80 EI Q");
+  const int content = pdf.add_stream("",
+                                     "q 36 0 0 36 0 0 cm BI /W 4 /H 2 /BPC 8 /CS /Cs1 ID\na EI Q b EI Q BI /W 1 /H 1 /IM true ID\n\x80 EI "
+                                     "BI /W -1 /H 1 /IM true ID x EI");
   for (int page = 0; page < 3; ++page) { pdf.add_page_of("/ColorSpace << /Cs1 [/Indexed /DeviceRGB 1 <000000FFFFFF>] >>", content); }
   const auto document = open_bytes(pdf.finish());
   ASSERT_NE(document, nullptr);
   const auto images = all_images(*document);
-  ASSERT_EQ(images.size(), 2u);
+  ASSERT_EQ(images.size(), 3u);
+  EXPECT_EQ(images[2].placements.at(0).ppi, (std::array<double, 2>{0, 72}));
   EXPECT_EQ(images[0].pages, (std::vector<int>{1, 2, 3}));
   EXPECT_EQ(images[0].colorspace + " over " + images[0].base, "Indexed over DeviceRGB");
   EXPECT_EQ(read_all(document->raw_stream(images[0]).get()), "a EI Q b");
