@@ -10,7 +10,10 @@
 
 namespace {
 
-constexpr std::int64_t band_bytes = std::int64_t{1} << 18;
+// Of a band's bitmap. Bands grow from the first to the full size, so that whoever stops reading a
+// picture whose colours are dear has not waited for many rows.
+constexpr std::int64_t first_band_bytes = std::int64_t{1} << 14;
+constexpr std::int64_t full_band_bytes = std::int64_t{1} << 18;
 
 /// The samples as the stream of a band's record: each read is one row. A row that cannot be read
 /// leaves its place in the bitmap blank. Opacity by the colour key is gathered on the way.
@@ -40,15 +43,15 @@ class BandRows : public CPDFColorRows {
     info_.width = samples_->layout().width;
     info_.height = samples_->layout().height;
     info_.format = CPDFPixelFormat::rgb8;
-    rows_in_band_ = static_cast<int>(
-        std::clamp<std::int64_t>(band_bytes / (std::int64_t{4} * info_.width), 1, info_.height));
+    most_rows_ = rows_in(full_band_bytes);
+    coming_rows_ = rows_in(first_band_bytes);
   }
 
   bool prepare() {
     // One row must stay below the size from which the unit reduces pictures.
     if (info_.width >= image_decoding::half_size_from) return false;
     if (!samples_->layout().has_key) return true;
-    keys_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(rows_in_band_) *
+    keys_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(most_rows_) *
                                                  static_cast<std::size_t>(info_.width)]);
     return keys_ != nullptr;
   }
@@ -70,8 +73,14 @@ class BandRows : public CPDFColorRows {
   }
 
  private:
+  int rows_in(std::int64_t bytes) const {
+    return static_cast<int>(
+        std::clamp<std::int64_t>(bytes / (std::int64_t{4} * info_.width), 1, info_.height));
+  }
+
   void decode_band() {
-    band_rows_ = std::min(rows_in_band_, info_.height - done_);
+    band_rows_ = std::min(coming_rows_, info_.height - done_);
+    coming_rows_ = std::min(coming_rows_ * 2, most_rows_);
     done_ += band_rows_;
     next_ = 0;
     band_.reset(new (std::nothrow) CPDFImage);
@@ -89,10 +98,11 @@ class BandRows : public CPDFColorRows {
   std::unique_ptr<CPDFSampleRows> samples_;
   std::unique_ptr<unsigned char[]> keys_;
   std::unique_ptr<CPDFImage> band_;
-  int rows_in_band_ = 0;  ///< Of a full band.
-  int band_rows_ = 0;     ///< Of the band at hand.
-  int next_ = 0;          ///< Row of the band to be given next.
-  int done_ = 0;          ///< Rows decoded so far.
+  int most_rows_ = 0;    ///< Of a full band.
+  int coming_rows_ = 0;  ///< Of the band that comes next.
+  int band_rows_ = 0;    ///< Of the band at hand.
+  int next_ = 0;         ///< Row of the band to be given next.
+  int done_ = 0;         ///< Rows decoded so far.
 };
 
 }  // namespace

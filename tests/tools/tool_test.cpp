@@ -185,6 +185,16 @@ TEST_F(Tool, VastPictureEndsWhereItsDataDoes) {
   EXPECT_EQ(PngReader(file_content(path("out/0001-001-o3.png"))).rows.size(), std::size_t{2048} * 16384);
 }
 
+TEST_F(Tool, RowsBeyondTheTimeAreBlank) {
+  PdfBuilder pdf;
+  pdf.add_page_with({pdf.add_image(512, 64, "/ColorSpace /DeviceGray /BitsPerComponent 8", std::string(512 * 64, 'x'))});
+  write_file(path("late.pdf"), pdf.finish());
+  const ProgramRun late = run({"extract", "late.pdf", "-o", "out", "--limit", "image-seconds=0"});
+  EXPECT_EQ(late.exit_code, 1);
+  EXPECT_NE(late.err.find("longer than the limits allow; only its first 16 rows are decoded"), std::string::npos) << late.err;
+  EXPECT_TRUE(PngReader(file_content(path("out/0001-001-o3.png"))).rows == std::string(512 * 16, 'x') + std::string(512 * 48, '\0'));
+}
+
 TEST_F(Tool, JsonTellsEveryFact) {
   const Words facts = {"page",   "pages", "object",     "generation", "kind",    "image_mask",  "mask_of", "width",
                        "height", "bpc",   "colorspace", "components", "filters", "interpolate", "bytes",   "placements"};

@@ -254,6 +254,20 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(8, 8, bits + flates(2, "/CCITTFaxDecode"), nested_zeros(300, 2)); }},
       {"Flate, DCT: nothing but junk", 1, "",
        [=] { return file_with(8, 8, gray + flates(2, "/DCTDecode"), nested_zeros(300, 2)); }},
+      {"colours: a long function", 1, "longer than the limits",
+       [] {
+         PdfBuilder pdf;
+         std::string program = "{ pop pop pop ", colours;
+         for (int i = 0; i < 2500; ++i) program += "dup mul 0.5 add sqrt ";
+         for (int i = 0; i < 1 << 22; ++i) colours += static_cast<char>(i * i >> 8);
+         const int function = pdf.add_stream(
+             "/FunctionType 4 /Domain [0 1 0 1 0 1 0 1] /Range [0 1]", program + "}");
+         const std::string space =
+             "/ColorSpace [/DeviceN [/A /B /C /D] /DeviceGray " + PdfBuilder::ref(function) + "]";
+         pdf.add_page_with({pdf.add_image(
+             1000, 1000, space + " /BitsPerComponent 8 /Filter /FlateDecode", deflate(colours))});
+         return pdf.finish();
+       }},
       {"content: operators", 0, "", [] { return with_content("q Q ", 16 << 20); }},
       {"content: inline images",
        1,

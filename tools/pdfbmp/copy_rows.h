@@ -2,20 +2,26 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "pdf/doc/raster.h"
 #include "tools/pdfbmp/picture.h"
+#include "tools/pdfbmp/time_limit.h"
 
-enum class Copied { all, unread, unwritten, cut };
+/// Cut: nothing but blank rows would follow, too many. Late: the rows below are blank, since those
+/// above took all the time.
+enum class Copied { all, unread, unwritten, cut, late };
 
-/// Where a picture is cut whose data ends far above its last row.
-struct Cut {
-  std::int64_t max_blank_pixels;  ///< That may be written below what arrived.
-  int rows = 0;                   ///< How many are worth writing, where it was cut.
+/// What ends the reading of rows above the last.
+struct RowBounds {
+  TimeLimit time;
+  std::int64_t pixels;  ///< Of what is decoded for the rows.
+  std::int64_t max_blank_pixels = std::numeric_limits<std::int64_t>::max();
+  int rows = 0;  ///< Where they were cut or late: how many there are.
 };
 
 /// Writes all rows of a picture, described by `info`, which may differ from its reader's own
-/// description in the resolution and in having fewer rows; or those above the `cut`, where one is
-/// given. Throws std::bad_alloc where a row does not fit in memory.
+/// description in the resolution and in having fewer rows. Throws std::bad_alloc where a row does
+/// not fit in memory.
 Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRasterInfo& info,
-                 Cut* cut = nullptr);
+                 RowBounds& bounds);

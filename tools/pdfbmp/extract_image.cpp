@@ -1,7 +1,10 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "tools/pdfbmp/extract_image.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <new>
+#include <string>
 
 #include "pdf/doc/native_file.h"
 #include "pdf/doc/pam_writer.h"
@@ -80,6 +83,15 @@ bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const s
   return true;
 }
 
+template <class Sized>
+std::int64_t pixels_of(const Sized& sized) {
+  return std::int64_t{sized.width} * sized.height;
+}
+
+std::string only_first(int rows, const char* done) {
+  return "only its first " + std::to_string(rows) + (rows == 1 ? " row is " : " rows are ") + done;
+}
+
 void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::string& name,
              const Options& options, Output& output, ExtractedImage& result) {
   result.error = too_many_pixels(found, options);
@@ -88,6 +100,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
       extract_native(document, found, name, options, output, result)) {
     return;
   }
+  const TimeLimit time(options.max_image_seconds);
   Picture picture = open_picture(document, found, options);
   result.passed_over = picture.passed_over;
   result.error = picture.problem;
@@ -96,24 +109,27 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
   CPDFRasterInfo info = described(picture.reader->info(), found);
   result.name = name + "." + suffix_of(options.format, info);
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
-  Cut cut = {options.max_blank_pixels};
+  RowBounds bounds = {time, std::max(pixels_of(found), pixels_of(info)), options.max_blank_pixels};
   Copied copied = Copied::unwritten;
   if (file != nullptr) {
-    copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, &cut);
+    copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, bounds);
   }
-  std::string why_cut;
-  if (copied == Copied::cut && cut.rows > 0) {
-    why_cut = delivery_of(picture).problem + "; only its first " + std::to_string(cut.rows) +
-              (cut.rows == 1 ? " row is written" : " rows are written");
+  std::string why_fewer;
+  if (copied == Copied::late) {
+    why_fewer = "it takes longer than the limits allow; " + only_first(bounds.rows, "decoded");
+  }
+  if (copied == Copied::cut && bounds.rows > 0) {
+    why_fewer = delivery_of(picture).problem + "; " + only_first(bounds.rows, "written");
     // The height stands before the rows, so all is made once more.
     file.reset();
     file = output.create(result.name, result.error);
     picture = open_picture(document, found, options);
     result.error = picture.problem;
     if (picture.reader == nullptr) return;
-    info.height = cut.rows;
+    info.height = bounds.rows;
+    bounds = {time, bounds.pixels};
     if (file != nullptr) {
-      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info);
+      copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, bounds);
     }
   }
   result.output_failed = file == nullptr;
@@ -127,12 +143,12 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
 
   const Delivery delivery = delivery_of(picture);
   result.rows = delivery.rows;
-  result.error = why_cut.empty() ? delivery.problem : why_cut;
+  result.error = why_fewer.empty() ? delivery.problem : why_fewer;
   if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
     if (result.error.empty()) result.error = "its rows cannot be read";
     return;
   }
-  result.complete = delivery.complete;
+  result.complete = delivery.complete && copied == Copied::all;
   result.width = info.width;
   result.height = info.height;
   result.file = std::move(file);

@@ -49,6 +49,7 @@ Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, int 
   thumbnail.problem = too_many_pixels(found, options);
   if (!thumbnail.problem.empty()) return thumbnail;
   options.kind = is_mask(found) ? PictureKind::mask : PictureKind::automatic;
+  const TimeLimit time(options.max_image_seconds);
   Picture picture = open_picture(document, found, options);
   thumbnail.problem = picture.problem;
   if (picture.reader == nullptr) return thumbnail;
@@ -58,10 +59,12 @@ Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, int 
   const CPDFRasterInfo& info = picture.reader->info();
   StringSink sink;
   CPDFPngWriter writer(sink);
-  const Copied copied = copy_rows(picture, writer, info);
+  RowBounds bounds = {time, std::int64_t{found.width} * found.height};
+  const Copied copied = copy_rows(picture, writer, info, bounds);
   if (copied == Copied::unwritten) throw std::bad_alloc();
   const Delivery delivery = delivery_of(picture);
-  thumbnail.problem = delivery.problem;
+  thumbnail.problem =
+      copied == Copied::late ? "it takes longer than the limits allow" : delivery.problem;
   if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
     if (thumbnail.problem.empty()) thumbnail.problem = "its rows cannot be read";
     return thumbnail;

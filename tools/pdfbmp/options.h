@@ -26,6 +26,7 @@ struct Options {
   std::string password;
   CPDFFilterLimits limits;
   std::int64_t max_blank_pixels = std::int64_t{1} << 26;  ///< Written below what arrived.
+  std::int64_t max_image_seconds = 1;               ///< Of the processor, as TimeLimit has it.
   std::int64_t max_memory = std::int64_t{2} << 30;  ///< Bytes of the process, threads' own aside.
   bool json = false;
   bool quiet = false;
