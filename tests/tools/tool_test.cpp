@@ -191,8 +191,8 @@ TEST_F(Tool, RowsBeyondTheTimeAreBlank) {
   write_file(path("late.pdf"), pdf.finish());
   const ProgramRun late = run({"extract", "late.pdf", "-o", "out", "--limit", "image-seconds=0"});
   EXPECT_EQ(late.exit_code, 1);
-  EXPECT_NE(late.err.find("longer than the limits allow; only its first 16 rows are decoded"), std::string::npos) << late.err;
-  EXPECT_TRUE(PngReader(file_content(path("out/0001-001-o3.png"))).rows == std::string(512 * 16, 'x') + std::string(512 * 48, '\0'));
+  EXPECT_NE(late.err.find("longer than the limits allow; only its first 32 rows are decoded"), std::string::npos) << late.err;
+  EXPECT_TRUE(PngReader(file_content(path("out/0001-001-o3.png"))).rows == std::string(512 * 32, 'x') + std::string(512 * 32, '\0'));
 }
 
 TEST_F(Tool, JsonTellsEveryFact) {

@@ -7,8 +7,8 @@
 
 namespace {
 
-// The clock is looked at after so many pixels, since that takes time too.
-constexpr int pixels_per_look = 1 << 14;
+// The clock is looked at after about so many pixels at first, and after so many rows at most.
+constexpr int pixels_per_look = 1 << 14, most_rows_per_look = 64;
 
 // Whether row `y` is below all data that arrived, with too much of the picture after it.
 bool ends_above(int y, const Picture& picture, const CPDFRasterInfo& info,
@@ -22,7 +22,8 @@ bool ends_above(int y, const Picture& picture, const CPDFRasterInfo& info,
 Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRasterInfo& info,
                  RowBounds& bounds) {
   std::vector<unsigned char> row(static_cast<std::size_t>(info.row_bytes()));
-  const int rows_per_look = std::clamp(pixels_per_look / info.width, 1, 16);
+  int rows_per_look = std::clamp(pixels_per_look / info.width, 1, most_rows_per_look);
+  int next_look = rows_per_look;
   if (!writer.begin(info)) return Copied::unwritten;
   bool late = false;
   for (int y = 0; y < info.height; ++y) {
@@ -35,11 +36,15 @@ Copied copy_rows(const Picture& picture, CPDFRasterWriter& writer, const CPDFRas
     }
     if (!writer.write_row(row.data())) return Copied::unwritten;
     const int done = y + 1;
-    if (!late && done % rows_per_look == 0 && done < info.height &&
-        bounds.time.is_over(bounds.pixels)) {
-      late = true;
+    if (done != next_look || done == info.height) continue;
+    const double used = bounds.time.used(bounds.pixels);
+    if (used < 0.25) rows_per_look = std::min(rows_per_look * 2, most_rows_per_look);
+    late = used > 1;
+    if (late) {
       bounds.rows = done;
       std::fill(row.begin(), row.end(), static_cast<unsigned char>(0));
+    } else {
+      next_look += rows_per_look;
     }
   }
   if (!writer.finish()) return Copied::unwritten;

@@ -2,6 +2,7 @@
 #include "tools/pdfbmp/time_limit.h"
 
 #include <ctime>
+#include <limits>
 
 namespace {
 
@@ -16,6 +17,8 @@ double thread_seconds() {
 TimeLimit::TimeLimit(std::int64_t seconds)
     : seconds_(static_cast<double>(seconds)), begin_(thread_seconds()) {}
 
-bool TimeLimit::is_over(std::int64_t pixels) const {
-  return thread_seconds() - begin_ > seconds_ * static_cast<double>(1 + (pixels >> 20));
+double TimeLimit::used(std::int64_t pixels) const {
+  const double allowed = seconds_ * static_cast<double>(1 + (pixels >> 20));
+  return allowed > 0 ? (thread_seconds() - begin_) / allowed
+                     : std::numeric_limits<double>::infinity();
 }

@@ -8,9 +8,9 @@ class TimeLimit {
  public:
   explicit TimeLimit(std::int64_t seconds);
 
-  /// Whether the time is over for an image of so many pixels: the seconds, and as many again for
-  /// each 2^20 of them.
-  bool is_over(std::int64_t pixels) const;
+  /// The share of its time that an image of so many pixels has taken; above 1 it is over. Its time
+  /// is the seconds, and as many again for each 2^20 pixels. This asks the system, and is slow.
+  double used(std::int64_t pixels) const;
 
  private:
   double seconds_, begin_;
