@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "tools/pdfbmp-jbig2/confine.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <linux/audit.h>
 #include <linux/filter.h>
@@ -12,8 +13,12 @@
 
 namespace {
 
+// A stricter limit that the caller has set stays.
 bool limit(decltype(RLIMIT_CPU) what, rlim_t most) {
-  const rlimit both = {most, most};
+  rlimit now = {};
+  if (getrlimit(what, &now) != 0) return false;
+  const rlim_t least = std::min(most, now.rlim_max);
+  const rlimit both = {least, least};
   return setrlimit(what, &both) == 0;
 }
 
