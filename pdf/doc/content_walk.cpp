@@ -15,11 +15,12 @@
 namespace {
 
 constexpr std::size_t max_saved_states = 512;
+constexpr std::size_t max_fonts = 256;
 
 /// What q saves and Q restores.
 struct State {
   CPDFMatrix ctm;
-  const pdfbmp::GlyphFont* font = nullptr;
+  std::shared_ptr<const pdfbmp::GlyphFont> font;
   double size = 0;
   double char_space = 0, word_space = 0, scale = 1, leading = 0, rise = 0;
 };
@@ -31,7 +32,7 @@ class Walk {
 
   void run(std::string& content) {
     CPDFContentReader reader(content);
-    while (!scene_.is_full() && reader.next()) {
+    while (!scene_.is_over() && reader.next()) {
       const auto row = operators().find(reader.operation());
       if (row != operators().end()) (this->*row->second)(reader);
     }
@@ -84,7 +85,7 @@ class Walk {
     if (mask.isDictionary()) draw_form(mask.getKey("/G"), state_.ctm);
     QPDFObjectHandle font = entry.getKey("/Font");
     if (font.isArray() && font.getArrayNItems() == 2) {
-      set_font(font.getArrayItem(0));
+      set_font(font.getArrayItem(0), "gs " + std::string(in.name()));
       QPDFObjectHandle size = font.getArrayItem(1);
       if (size.isNumber()) state_.size = size.getNumericValue();
     }
@@ -130,17 +131,25 @@ class Walk {
     draw(scene_.add_inline_image(node_, position, std::move(record)), true, state_.ctm);
   }
 
-  /// Of the ColorSpace resources, those that an inline image may need; null where it needs none.
-  std::unique_ptr<CPDFDictionary> named_spaces(const CPDFDictionary& dict) {
+  /// Of the ColorSpace resources, what an inline image may need; null where it needs none. Images
+  /// that need the same share it.
+  std::shared_ptr<const CPDFDictionary> named_spaces(const CPDFDictionary& dict) {
     const CPDFObj* entry = pdfbmp::image_entry(dict, "CS", CPDFDictionary::sm_tag_cs);
-    std::vector<std::string> names = {"DefaultGray", "DefaultRGB", "DefaultCMYK"};
-    if (entry != nullptr && entry->name() != nullptr) names.emplace_back(entry->name());
-    std::unique_ptr<CPDFDictionary> spaces;
+    if (entry == nullptr) return nullptr;
+    // An array can have a device space as its base, for which there may be a default.
+    const std::string name = entry->name() != nullptr ? entry->name() : "";
+    const auto [at, is_new] = spaces_.try_emplace(name);
+    if (is_new) at->second = copy_spaces({"DefaultGray", "DefaultRGB", "DefaultCMYK", name});
+    return at->second;
+  }
+
+  std::shared_ptr<const CPDFDictionary> copy_spaces(const std::vector<std::string>& names) {
+    std::shared_ptr<CPDFDictionary> spaces;
     for (const std::string& name : names) {
       const QPDFObjectHandle space = resources_.find("/ColorSpace", name);
       if (space.isDirectNull()) continue;
-      if (spaces == nullptr) spaces = std::make_unique<CPDFDictionary>();
-      if (CPDFObj* slot = spaces->set(name.c_str())) pdfbmp::convert_object(space, *slot);
+      if (spaces == nullptr) spaces = std::make_shared<CPDFDictionary>();
+      if (CPDFObj* slot = spaces->set(name.c_str())) pdfbmp::convert_entry(space, *slot);
     }
     return spaces;
   }
@@ -167,21 +176,19 @@ class Walk {
   void select_font(CPDFContentReader& in) {
     state_.size = in.number(0);
     if (in.operands().size() < 2) return;
-    set_font(resources_.find("/Font", in.operands()[in.operands().size() - 2].text));
+    const std::string& name = in.operands()[in.operands().size() - 2].text;
+    set_font(resources_.find("/Font", name), "font " + name);
   }
 
-  void set_font(QPDFObjectHandle font) {
+  /// `place` tells a font that is no object of its own from others.
+  void set_font(QPDFObjectHandle font, const std::string& place) {
     state_.font = nullptr;
     if (!font.isDictionary()) return;
-    const std::string key = pdfbmp::identity_of(font);
-    if (key.empty()) {
-      unnamed_.push_back(std::make_unique<pdfbmp::GlyphFont>(font, resources_));
-      state_.font = unnamed_.back().get();
-      return;
-    }
-    auto& made = fonts_[key];
-    if (made == nullptr) made = std::make_unique<pdfbmp::GlyphFont>(font, resources_);
-    state_.font = made.get();
+    const std::string identity = pdfbmp::identity_of(font);
+    if (fonts_.size() >= max_fonts) fonts_.clear();
+    auto& made = fonts_[identity.empty() ? place : identity];
+    if (made == nullptr) made = std::make_shared<pdfbmp::GlyphFont>(font, resources_);
+    state_.font = made;
   }
 
   void show(CPDFContentReader& in) {
@@ -232,8 +239,8 @@ class Walk {
   std::vector<State> saved_;
   std::size_t unsaved_ = 0;  ///< States that q could not save any more.
   CPDFMatrix text_, line_;
-  std::map<std::string, std::unique_ptr<pdfbmp::GlyphFont>> fonts_;
-  std::vector<std::unique_ptr<pdfbmp::GlyphFont>> unnamed_;
+  std::map<std::string, std::shared_ptr<const pdfbmp::GlyphFont>> fonts_;  ///< Used of late.
+  std::map<std::string, std::shared_ptr<const CPDFDictionary>> spaces_;    ///< Of inline images.
 };
 
 const std::map<std::string, Walk::Handler>& Walk::operators() {

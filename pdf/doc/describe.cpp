@@ -58,7 +58,7 @@ pdfbmp::ColorSpaceName name_space(const CPDFObj& entry, CPDFXRefTable* xref,
   if (family == nullptr) {
     const CPDFObj* resource = find_key(named, head.name());
     if (resource != nullptr && depth > 0) return name_space(*resource, xref, named, depth - 1);
-    result.family = head.name();
+    result.family = pdfbmp::kept_name(head.name());
     return result;
   }
   result.family = family->name;

@@ -15,6 +15,7 @@
 #include "pdf/doc/object_values.h"
 #include "pdf/doc/open_qpdf.h"
 #include "pdf/doc/page_list.h"
+#include "pdf/doc/search_budget.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ class QpdfDocument final : public CPDFDocument {
         table_(std::move(file.qpdf), std::move(source), file.base, limits) {}
 
   void find_pages() {
-    guarded([&] { pages_ = pdfbmp::list_pages(table_.qpdf()); });
+    guarded([&] { pages_ = pdfbmp::list_pages(table_); });
   }
 
   int page_count() const override { return static_cast<int>(pages_.size()); }
@@ -38,8 +39,9 @@ class QpdfDocument final : public CPDFDocument {
   std::vector<CPDFFoundImage> find_images(int first, int last) override {
     std::vector<CPDFFoundImage> found;
     guarded([&] {
+      pdfbmp::SearchBudget budget(table_, file_bytes_);
       found = pdfbmp::walk_images(table_, pages_, std::max(first, 1), std::min(last, page_count()),
-                                  std::max(table_.limits().max_content_bytes, 16 * file_bytes_));
+                                  budget);
     });
     return found;
   }

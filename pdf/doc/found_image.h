@@ -22,9 +22,9 @@ struct CPDFPlacement {
 
 /// An inline image as it stands in a content stream.
 struct CPDFInlineImage {
-  std::unique_ptr<CPDFDictionary> dict;          ///< Keys as written, abbreviated or full.
-  std::string data;                              ///< Encoded bytes.
-  std::unique_ptr<CPDFDictionary> color_spaces;  ///< ColorSpace resources in force, or null.
+  std::unique_ptr<CPDFDictionary> dict;                ///< Keys as written, abbreviated or full.
+  std::string data;                                    ///< Encoded bytes.
+  std::shared_ptr<const CPDFDictionary> color_spaces;  ///< ColorSpace resources, or null.
 };
 
 /// One image of a document, as the walk over the pages finds it. A record: it does not refer to

@@ -51,8 +51,8 @@ class Finder {
   using SceneEdge = pdfbmp::SceneEdge;
 
  public:
-  Finder(CPDFObjectTable& table, std::int64_t content_budget)
-      : table_(table), scene_(table, content_budget) {}
+  Finder(CPDFObjectTable& table, pdfbmp::SearchBudget& budget)
+      : table_(table), budget_(budget), scene_(table, budget) {}
 
   void add_page(QPDFObjectHandle page, int number) {
     const int root = scene_.add_page(page);
@@ -73,7 +73,10 @@ class Finder {
     }
     std::sort(order.begin(), order.end(),
               [&](std::size_t a, std::size_t b) { return uses_[a].order() < uses_[b].order(); });
-    for (const std::size_t i : order) find_masks(i);
+    for (const std::size_t i : order) {
+      if (budget_.is_over()) break;
+      find_masks(i);
+    }
     std::vector<CPDFFoundImage> found;
     for (const std::size_t i : order) emit(i, found);
     return found;
@@ -91,7 +94,7 @@ class Finder {
   void note(int image, bool drawn) {
     Use& use = uses_[static_cast<std::size_t>(image)];
     std::vector<int>& pages = drawn ? use.drawn_on : use.listed_on;
-    if (!pages.empty() && pages.back() == page_) return;
+    if (!pages.empty() && (pages.back() == page_ || !budget_.take_page_note())) return;
     if (pages.empty()) (drawn ? use.drawn_order : use.listed_order) = ++order_;
     pages.push_back(page_);
   }
@@ -100,6 +103,7 @@ class Finder {
   void collect_drawn(int node) {
     if (std::exchange(marks_[static_cast<std::size_t>(node)].drawn, page_) == page_) return;
     for (const SceneEdge& edge : edges_of(node)) {
+      if (budget_.is_over()) return;
       if (!edge.drawn) continue;
       if (edge.to_image) {
         note(edge.target, true);
@@ -117,6 +121,7 @@ class Finder {
       const int node = ahead.back();
       ahead.pop_back();
       for (const SceneEdge& edge : edges_of(node)) {
+        if (budget_.is_over()) return;
         if (edge.to_image) {
           note(edge.target, false);
         } else if (std::exchange(marks_[static_cast<std::size_t>(edge.target)].listed, page_) !=
@@ -130,6 +135,7 @@ class Finder {
   /// Notes where the page paints its images, along every path.
   void follow(int node, const CPDFMatrix& matrix) {
     for (const SceneEdge& edge : edges_of(node)) {
+      if (budget_.is_over()) return;
       if (!edge.drawn) continue;
       if (++steps_ > max_steps || placements_ >= max_placements) return;
       const CPDFMatrix whole = edge.matrix.then(matrix);
@@ -203,6 +209,7 @@ class Finder {
   }
 
   CPDFObjectTable& table_;
+  pdfbmp::SearchBudget& budget_;
   pdfbmp::Scene scene_;
   std::vector<Mark> marks_;  ///< A node's.
   std::vector<Use> uses_;    ///< An image's.
@@ -220,9 +227,9 @@ namespace pdfbmp {
 
 std::vector<CPDFFoundImage> walk_images(CPDFObjectTable& table,
                                         const std::vector<QPDFObjectHandle>& pages, int first,
-                                        int last, std::int64_t content_budget) {
-  Finder finder(table, content_budget);
-  for (int page = first; page <= last; ++page) {
+                                        int last, SearchBudget& budget) {
+  Finder finder(table, budget);
+  for (int page = first; page <= last && !budget.is_over(); ++page) {
     try {
       finder.add_page(pages[static_cast<std::size_t>(page) - 1], page);
     } catch (const std::bad_alloc&) {

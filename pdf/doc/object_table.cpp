@@ -177,6 +177,10 @@ std::int64_t CPDFObjectTable::encoded_bytes(const PDF_REF& ref) {
   }
 }
 
+std::int64_t CPDFObjectTable::object_count() {
+  return static_cast<std::int64_t>(qpdf_->getXRefTable().size());
+}
+
 std::string CPDFObjectTable::failure_of(int object) {
   const auto guard = lock();
   const auto found = failures_.find(object);

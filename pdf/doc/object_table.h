@@ -37,6 +37,9 @@ class CPDFObjectTable final : public CPDFXRefTable {
   std::vector<std::string> warnings();
   void add_warning(const std::string& line);
 
+  /// Objects that the file's cross-reference table knows. The caller holds the lock. Slow.
+  std::int64_t object_count();
+
   QPDF& qpdf() { return *qpdf_; }
   std::unique_lock<std::recursive_mutex> lock() {
     return std::unique_lock<std::recursive_mutex>(mutex_);
@@ -64,3 +67,28 @@ class CPDFObjectTable final : public CPDFXRefTable {
   std::map<int, std::string> failures_;
   std::vector<std::string> warnings_;
 };
+
+namespace pdfbmp {
+
+/// How many of something a file may reasonably lead to: some for each of its objects, and a
+/// generous number where they are few. The objects are counted when they first matter.
+class ObjectBound {
+ public:
+  ObjectBound(CPDFObjectTable& table, std::int64_t per_object)
+      : table_(table), per_object_(per_object) {}
+
+  bool holds(std::int64_t count) {
+    if (count <= most_) return true;
+    if (!is_counted_) most_ += per_object_ * table_.object_count();
+    is_counted_ = true;
+    return count <= most_;
+  }
+
+ private:
+  CPDFObjectTable& table_;
+  std::int64_t per_object_;
+  std::int64_t most_ = 65'536;
+  bool is_counted_ = false;
+};
+
+}  // namespace pdfbmp

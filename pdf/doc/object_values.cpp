@@ -45,75 +45,83 @@ void settle_depth(QPDFObjectHandle dict, CPDFDictionary& out) {
   if (CPDFObj* bpc = out.set(CPDFDictionary::sm_tag_bpc)) bpc->set_int(jpx ? 8 : 1);
 }
 
-void convert(QPDFObjectHandle object, CPDFObj& out, int depth);
-
-/// An item of a container: a reference stays one.
-void convert_item(QPDFObjectHandle item, CPDFObj& out, int depth) {
-  if (item.isIndirect()) {
-    out.set_ref(pdfbmp::ref_of(item));
-  } else {
-    convert(item, out, depth + 1);
-  }
-}
-
-void convert_dictionary(QPDFObjectHandle dict, CPDFDictionary& out, int depth) {
-  if (depth >= max_depth) return;
-  for (const auto& entry : dict.ditems()) {
-    if (entry.second.isDirectNull()) continue;  // As if it were absent (ISO 32000-1, 7.3.7).
-    if (CPDFObj* item = out.set(pdfbmp::without_slash(entry.first))) {
-      convert_item(entry.second, *item, depth);
-    }
-  }
-}
-
-void convert(QPDFObjectHandle object, CPDFObj& out, int depth) {
-  out.free();
-  switch (object.getTypeCode()) {
-    case ot_boolean:
-      out.set_bool(object.getBoolValue());
-      break;
-    case ot_integer:
-      out.set_int(pdfbmp::int_from(object.getIntValue()));
-      break;
-    case ot_real:
-      out.set_real(pdfbmp::fixed_from_text(object.getRealValue()));
-      break;
-    case ot_string: {
-      const std::string bytes = object.getStringValue();
-      if (bytes.size() <= INT_MAX) out.set_string(bytes.data(), static_cast<int>(bytes.size()));
-      break;
-    }
-    case ot_name: {
-      const std::string name = object.getName();
-      out.set_name(pdfbmp::without_slash(name));
-      break;
-    }
-    case ot_array: {
-      CPDFArray* array = out.set_array();
-      if (array == nullptr || depth >= max_depth) break;
-      for (const QPDFObjectHandle& item : object.aitems()) {
-        CPDFObj* slot = array->append();
-        if (slot == nullptr) break;
-        convert_item(item, *slot, depth);
+/// One object on its way into the image unit's form.
+class Conversion {
+ public:
+  void convert(QPDFObjectHandle object, CPDFObj& out, int depth) {
+    out.free();
+    switch (object.getTypeCode()) {
+      case ot_boolean:
+        out.set_bool(object.getBoolValue());
+        break;
+      case ot_integer:
+        out.set_int(pdfbmp::int_from(object.getIntValue()));
+        break;
+      case ot_real:
+        out.set_real(pdfbmp::fixed_from_text(object.getRealValue()));
+        break;
+      case ot_string: {
+        const std::string bytes = object.getStringValue();
+        if (bytes.size() <= INT_MAX) out.set_string(bytes.data(), static_cast<int>(bytes.size()));
+        break;
       }
-      break;
+      case ot_name: {
+        const std::string name = object.getName();
+        out.set_name(pdfbmp::without_slash(name));
+        break;
+      }
+      case ot_array:
+        if (CPDFArray* array = out.set_array()) convert_array(object, *array, depth);
+        break;
+      case ot_dictionary:
+        if (CPDFDictionary* dict = out.set_dict()) convert_dictionary(object, *dict, depth);
+        break;
+      case ot_stream: {
+        CPDFStreamRec* rec = out.set_stream();
+        if (rec == nullptr) break;
+        convert_dictionary(object.getDict(), rec->dict, depth);
+        settle_depth(object.getDict(), rec->dict);
+        rec->location[1] =
+            static_cast<std::uint32_t>(object.getObjectID()) |
+            std::uint64_t{static_cast<std::uint32_t>(object.getGeneration())} << 32;
+        break;
+      }
+      default:
+        break;
     }
-    case ot_dictionary:
-      if (CPDFDictionary* dict = out.set_dict()) convert_dictionary(object, *dict, depth);
-      break;
-    case ot_stream: {
-      CPDFStreamRec* rec = out.set_stream();
-      if (rec == nullptr) break;
-      convert_dictionary(object.getDict(), rec->dict, depth);
-      settle_depth(object.getDict(), rec->dict);
-      rec->location[1] = static_cast<std::uint32_t>(object.getObjectID()) |
-                         std::uint64_t{static_cast<std::uint32_t>(object.getGeneration())} << 32;
-      break;
-    }
-    default:
-      break;
   }
-}
+
+  void convert_entry(QPDFObjectHandle entry, CPDFObj& out, int depth) {
+    if (entry.isIndirect()) {
+      out.set_ref(pdfbmp::ref_of(entry));
+    } else {
+      convert(entry, out, depth);
+    }
+  }
+
+ private:
+  void convert_array(QPDFObjectHandle object, CPDFArray& out, int depth) {
+    if (depth >= max_depth) return;
+    for (const QPDFObjectHandle& item : object.aitems()) {
+      CPDFObj* slot = entries_left_-- > 0 ? out.append() : nullptr;
+      if (slot == nullptr) break;
+      convert_entry(item, *slot, depth + 1);
+    }
+  }
+
+  void convert_dictionary(QPDFObjectHandle dict, CPDFDictionary& out, int depth) {
+    if (depth >= max_depth) return;
+    for (const auto& entry : dict.ditems()) {
+      if (entry.second.isDirectNull()) continue;  // As if it were absent (ISO 32000-1, 7.3.7).
+      CPDFObj* item =
+          entries_left_-- > 0 ? out.set(pdfbmp::without_slash(entry.first)) : nullptr;
+      if (item == nullptr) break;
+      convert_entry(entry.second, *item, depth + 1);
+    }
+  }
+
+  int entries_left_ = 65'536;
+};
 
 }  // namespace
 
@@ -152,7 +160,11 @@ int int_from(long long value) {
   return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
 }
 
-void convert_object(QPDFObjectHandle object, CPDFObj& out) { convert(object, out, 0); }
+void convert_object(QPDFObjectHandle object, CPDFObj& out) { Conversion().convert(object, out, 0); }
+
+void convert_entry(QPDFObjectHandle entry, CPDFObj& out) {
+  Conversion().convert_entry(entry, out, 0);
+}
 
 PDF_REF ref_of(const QPDFObjectHandle& object) {
   return {object.getObjectID(), object.getGeneration()};

@@ -1,41 +1,59 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #include "pdf/doc/page_list.h"
 
-#include <cstddef>
+#include <cstdint>
 #include <set>
+#include <utility>
 
 namespace {
 
 constexpr int max_tree_depth = 100;
-constexpr std::size_t max_pages = 10'000'000;
+constexpr std::int64_t visits_per_object = 4;
 
-// Follows the tree below `node`. `above` are the numbers of the nodes over it: a node among its own
-// descendants is passed over.
-void add_pages(QPDFObjectHandle node, std::set<QPDFObjGen>& above, int depth,
-               std::vector<QPDFObjectHandle>& pages) {
-  if (!node.isDictionary() || pages.size() >= max_pages) return;
-  QPDFObjectHandle kids = node.getKey("/Kids");
-  if (!kids.isArray()) {
-    if (depth > 0 || node.hasKey("/Contents")) pages.push_back(node);
-    return;
+class PageTree {
+ public:
+  explicit PageTree(CPDFObjectTable& table) : most_visits_(table, visits_per_object) {}
+
+  void add(QPDFObjectHandle node, int depth) {
+    if (!most_visits_.holds(++visits_) || !node.isDictionary()) return;
+    QPDFObjectHandle kids = node.getKey("/Kids");
+    if (!kids.isArray()) {
+      if (depth > 0 || node.hasKey("/Contents")) pages.push_back(node);
+      return;
+    }
+    if (depth >= max_tree_depth) return;
+    const bool indirect = node.isIndirect();
+    if (indirect && !above_.insert(node.getObjGen()).second) return;
+    for (const QPDFObjectHandle& kid : kids.aitems()) {
+      add(kid, depth + 1);
+      if (is_cut()) break;
+    }
+    if (indirect) above_.erase(node.getObjGen());
   }
-  if (depth >= max_tree_depth) return;
-  const bool indirect = node.isIndirect();
-  if (indirect && !above.insert(node.getObjGen()).second) return;
-  for (const QPDFObjectHandle& kid : kids.aitems()) add_pages(kid, above, depth + 1, pages);
-  if (indirect) above.erase(node.getObjGen());
-}
+
+  bool is_cut() { return !most_visits_.holds(visits_); }
+
+  std::vector<QPDFObjectHandle> pages;
+
+ private:
+  pdfbmp::ObjectBound most_visits_;
+  std::int64_t visits_ = 0;
+  std::set<QPDFObjGen> above_;  ///< Nodes over the one at hand: none of them is its descendant.
+};
 
 }  // namespace
 
 namespace pdfbmp {
 
-std::vector<QPDFObjectHandle> list_pages(QPDF& qpdf) {
+std::vector<QPDFObjectHandle> list_pages(CPDFObjectTable& table) {
+  PageTree tree(table);
+  tree.add(table.qpdf().getRoot().getKey("/Pages"), 0);
+  if (tree.is_cut()) {
+    table.add_warning("the page tree is larger than the limits allow: not all pages are used");
+  }
+  if (!tree.pages.empty()) return std::move(tree.pages);
   std::vector<QPDFObjectHandle> pages;
-  std::set<QPDFObjGen> above;
-  add_pages(qpdf.getRoot().getKey("/Pages"), above, 0, pages);
-  if (!pages.empty()) return pages;
-  for (QPDFObjectHandle& object : qpdf.getAllObjects()) {
+  for (QPDFObjectHandle& object : table.qpdf().getAllObjects()) {
     if (object.isDictionaryOfType("/Page")) pages.push_back(object);
   }
   return pages;

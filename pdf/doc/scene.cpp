@@ -19,7 +19,8 @@ namespace {
 constexpr int max_height = 500;  ///< Of a graph whose parts were read at different times.
 constexpr int max_content = 64 * 1024 * 1024;  ///< Of one stream.
 constexpr std::size_t max_edges = 1'000'000;
-constexpr char content_is_cut[] = "the content is longer than the limits allow: not all is read";
+constexpr int slow_step = 1000;             ///< What may take long, in steps of the budget.
+constexpr std::int64_t stream_bytes = 128;  ///< That naming a stream of a page costs as content.
 
 double number_of(QPDFObjectHandle value, double otherwise) {
   return value.isNumber() ? value.getNumericValue() : otherwise;
@@ -91,16 +92,16 @@ QPDFObjectHandle SceneResources::find(const char* name, std::string_view key) co
   return entries.getKey("/" + std::string(key));
 }
 
-Scene::Scene(CPDFObjectTable& table, std::int64_t content_budget)
-    : table_(table), content_budget_(content_budget) {}
-
 void Scene::add_edge(SceneNode& node, const SceneEdge& edge) {
   if (!edge.to_image && edge.drawn) {
     const int height = nodes_[static_cast<std::size_t>(edge.target)].height + 1;
     if (height > max_height) return;
     node.height = std::max(node.height, height);
   }
+  if (budget_.is_over()) return;
   if (edge_count_ >= max_edges) {
+    // As many steps as there are edges to be looked at.
+    if (budget_.is_over(static_cast<std::int64_t>(node.edges.size() >> 8))) return;
     const bool known = std::any_of(node.edges.begin(), node.edges.end(), [&](const SceneEdge& e) {
       return e.target == edge.target && e.to_image == edge.to_image && e.drawn >= edge.drawn;
     });
@@ -125,7 +126,7 @@ int Scene::add_image(QPDFObjectHandle image) {
       subtype.isNameAndEquals("/Image") || (!subtype.isName() && image.getDict().hasKey("/Width"));
   if (!is_image) return -1;
   const auto [at, is_new] = known_images_.try_emplace(image.getObjGen(), -1);
-  if (!is_new || !has_room()) return at->second;
+  if (!is_new || !has_room() || budget_.is_over(slow_step)) return at->second;
   const PDF_REF ref = ref_of(image);
   CPDFObjHolder value;
   convert_object(image, value);
@@ -141,11 +142,8 @@ int Scene::add_image(QPDFObjectHandle image) {
 }
 
 bool Scene::has_room() {
-  const auto most = static_cast<std::size_t>(std::max(table_.limits().max_images, 0));
-  if (images_.size() < most) return true;
-  is_full_ = true;
-  tell_once("there are more images than the limits allow: not all are found");
-  return false;
+  if (!budget_.has_room_for_image(images_.size())) is_full_ = true;
+  return !is_over();
 }
 
 int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record) {
@@ -157,24 +155,18 @@ int Scene::add_inline_image(const SceneNode& node, std::size_t position, CPDFFou
   return at->second = static_cast<int>(images_.size()) - 1;
 }
 
-void Scene::tell_once(const char* warning) {
-  if (told_.insert(warning).second) table_.add_warning(warning);
-}
-
 std::string Scene::load_content(SceneNode& node) {
   std::string content;
   for (QPDFObjectHandle stream : node.streams) {
     if (!stream.isStream()) continue;
-    if (content_budget_ <= 0) {
-      tell_once(content_is_cut);
-      break;
-    }
+    const std::int64_t left = budget_.content_left();
+    if (left == 0 || budget_.is_over(slow_step)) break;
     CPDFObjHolder value;
     convert_object(stream, value);
     const std::unique_ptr<CPDFStream> decoded(table_.make_stream(value.stream()));
     if (decoded == nullptr) continue;
     int length = 0;
-    const int limit = static_cast<int>(std::min<std::int64_t>(max_content, content_budget_));
+    const int limit = static_cast<int>(std::min<std::int64_t>(max_content, left));
     unsigned char* bytes = decoded->buffer_load(limit, length);
     const std::unique_ptr<unsigned char, void (*)(unsigned char*)> owned(
         bytes, [](unsigned char* p) { KXFree(p); });
@@ -182,12 +174,12 @@ std::string Scene::load_content(SceneNode& node) {
     node.starts[content.size()] = identity_of(stream);
     content.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
     content += '\n';  // Streams are joined where a token may end.
-    content_budget_ -= length;
+    budget_.take_content(length);
     // The loading stops within a chunk of the limit.
     unsigned char more = 0;
     if (decoded->read_block(&more, 1) < 1) continue;
-    tell_once(content_is_cut);
-    if (limit < max_content) content_budget_ = 0;
+    budget_.content_is_cut();
+    if (limit < max_content) budget_.take_content(left);
   }
   return content;
 }
@@ -199,6 +191,7 @@ void Scene::list_font(SceneNode& node, QPDFObjectHandle font) {
     own = {font.getKey("/Resources"), "font " + identity_of(font)};
   }
   for (const auto& glyph : font.getKey("/CharProcs").ditems()) {
+    if (is_over()) return;
     list_node(node, stream_node(glyph.second, own, false));
   }
 }
@@ -207,7 +200,10 @@ void Scene::list_resources(SceneNode& node) {
   const auto for_each = [&](const char* category, auto action) {
     QPDFObjectHandle entries = node.resources.category(category);
     if (!entries.isDictionary()) return;
-    for (const auto& entry : entries.ditems()) action(entry.second);
+    for (const auto& entry : entries.ditems()) {
+      if (is_over()) return;
+      action(entry.second);
+    }
   };
   for_each("/XObject", [&](QPDFObjectHandle object) {
     const int image = add_image(object);
@@ -228,23 +224,23 @@ void Scene::list_resources(SceneNode& node) {
 
 int Scene::node_of(const std::string& key, const std::vector<QPDFObjectHandle>& streams,
                    const SceneResources& resources, bool owns_resources) {
-  const auto [at, is_new] = known_nodes_.try_emplace(key, static_cast<int>(nodes_.size()));
-  if (is_new) {
-    SceneNode& node = nodes_.emplace_back();
-    node.streams = streams;
-    node.resources = resources;
-    node.owns_resources = owns_resources;
-  }
-  return at->second;
+  const auto known = known_nodes_.find(key);
+  if (known != known_nodes_.end()) return known->second;
+  if (!budget_.take_node()) return -1;
+  const int index = static_cast<int>(nodes_.size());
+  known_nodes_[key] = index;
+  SceneNode& node = nodes_.emplace_back();
+  node.streams = streams;
+  node.resources = resources;
+  node.owns_resources = owns_resources;
+  return index;
 }
 
 int Scene::read(int index) {
   if (index < 0) return -1;
   SceneNode& node = nodes_[static_cast<std::size_t>(index)];
   const bool is_unread = node.state == SceneNode::State::unread;
-  if (is_unread && depth_ >= std::min(table_.limits().max_nesting, max_height)) {
-    tell_once("forms are nested deeper than the limits allow: not all are read");
-  } else if (is_unread) {
+  if (is_unread && budget_.is_within_nesting(depth_, max_height)) {
     node.state = SceneNode::State::being_read;
     ++depth_;
     try {
@@ -286,19 +282,25 @@ int Scene::add_form(QPDFObjectHandle form, const SceneResources& outer) {
   return read(form_node(form, outer));
 }
 
+std::vector<QPDFObjectHandle> Scene::content_streams(QPDFObjectHandle page) {
+  QPDFObjectHandle contents = page.getKey("/Contents");
+  if (!contents.isArray()) return {contents};
+  std::vector<QPDFObjectHandle> streams;
+  for (const QPDFObjectHandle& stream : contents.aitems()) {
+    if (budget_.content_left() == 0) break;
+    budget_.take_content(stream_bytes);
+    streams.push_back(stream);
+  }
+  return streams;
+}
+
 int Scene::add_page(QPDFObjectHandle page) {
   const CPDFMatrix origin = page_origin(page);
   SceneResources resources = {page_attribute(page, "/Resources"), {}};
   resources.identity = identity_of(resources.dict);
   if (resources.identity.empty()) resources.identity = "page " + identity_of(page);
 
-  std::vector<QPDFObjectHandle> streams;
-  QPDFObjectHandle contents = page.getKey("/Contents");
-  if (contents.isArray()) {
-    streams = contents.getArrayAsVector();
-  } else {
-    streams.push_back(contents);
-  }
+  const std::vector<QPDFObjectHandle> streams = content_streams(page);
   std::string key = "page of";
   for (const QPDFObjectHandle& stream : streams) key += " " + identity_of(stream);
   const int content = read(node_of(key + " in " + resources.identity, streams, resources, true));
@@ -308,7 +310,7 @@ int Scene::add_page(QPDFObjectHandle page) {
   node.state = SceneNode::State::read;
   if (content >= 0) add_edge(node, {content, false, true, origin});
   add_annotations(node, page, resources, origin);
-  while (!unread_.empty()) {
+  while (!unread_.empty() && !is_over()) {
     const int listed = unread_.back();
     unread_.pop_back();
     read(listed);
@@ -321,6 +323,7 @@ void Scene::add_annotations(SceneNode& node, QPDFObjectHandle page, const SceneR
   QPDFObjectHandle annotations = page.getKey("/Annots");
   if (!annotations.isArray()) return;
   for (QPDFObjectHandle annotation : annotations.aitems()) {
+    if (is_over()) return;
     if (!annotation.isDictionary()) continue;
     QPDFObjectHandle appearances = annotation.getKey("/AP");
     if (!appearances.isDictionary()) continue;
@@ -336,6 +339,7 @@ void Scene::add_annotations(SceneNode& node, QPDFObjectHandle page, const SceneR
     } else if (normal.isDictionary()) {
       QPDFObjectHandle state = annotation.getKey("/AS");
       for (const auto& entry : normal.ditems()) {
+        if (is_over()) return;
         add(entry.second, state.isNameAndEquals(entry.first));
       }
     }

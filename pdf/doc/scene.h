@@ -2,18 +2,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
 #include <qpdf/QPDFObjectHandle.hh>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "pdf/doc/found_image.h"
 #include "pdf/doc/matrix.h"
 #include "pdf/doc/object_table.h"
+#include "pdf/doc/search_budget.h"
 
 namespace pdfbmp {
 
@@ -58,7 +57,7 @@ struct SceneImage {
 
 class Scene {
  public:
-  explicit Scene(CPDFObjectTable& table, std::int64_t content_budget);
+  Scene(CPDFObjectTable& table, SearchBudget& budget) : table_(table), budget_(budget) {}
 
   /// The node of a page with its annotations; its space is points from the page's lower left.
   int add_page(QPDFObjectHandle page);
@@ -81,8 +80,9 @@ class Scene {
   /// nodes have its stream: a stream can be read with more than one set of resources.
   int add_inline_image(const SceneNode& node, std::size_t position, CPDFFoundImage record);
 
-  /// Whether an image was left out because there are as many as the limits allow.
-  bool is_full() const { return is_full_; }
+  /// Whether the search ends: an image was left out because there are as many as the limits allow,
+  /// or the time is over.
+  bool is_over() { return is_full_ || budget_.is_over(); }
 
   /// Adds an edge while there is room for more; the first to a target always finds some.
   void add_edge(SceneNode& node, const SceneEdge& edge);
@@ -95,8 +95,8 @@ class Scene {
   int node_of(const std::string& key, const std::vector<QPDFObjectHandle>& streams,
               const SceneResources& resources, bool owns_resources);
   int read(int index);
-  bool has_room();  ///< For one more image; warns once where there is none.
-  void tell_once(const char* warning);
+  bool has_room();  ///< For one more image.
+  std::vector<QPDFObjectHandle> content_streams(QPDFObjectHandle page);
   std::string load_content(SceneNode& node);
   void list_resources(SceneNode& node);
   void list_node(SceneNode& node, int target);
@@ -105,11 +105,10 @@ class Scene {
                        const CPDFMatrix& origin);
 
   CPDFObjectTable& table_;
-  std::int64_t content_budget_;
+  SearchBudget& budget_;
   std::size_t edge_count_ = 0;
   int depth_ = 0;
   bool is_full_ = false;
-  std::set<std::string> told_;
   std::deque<SceneNode> nodes_;  // Deques: references stay good while more is added.
   std::deque<SceneImage> images_;
   std::map<std::string, int> known_nodes_;

@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr int most_names = 64;
+
 // The value of an entry that is one item or an array of items, either of which may be references.
 class ItemList {
  public:
@@ -123,13 +125,15 @@ std::string full_filter_name(const char* name) {
   return name != nullptr ? name : "";
 }
 
+std::string kept_name(const std::string& name) { return name.substr(0, 127); }
+
 std::vector<std::string> filter_names(const CPDFDictionary& dict, CPDFXRefTable* xref) {
   const ItemList filters(dict, xref, CPDFDictionary::sm_tag_filter, "F");
   std::vector<std::string> names;
-  for (int i = 0; i < filters.count(); ++i) {
+  for (int i = 0; i < std::min(filters.count(), most_names); ++i) {
     CPDFObjHolder item;
     filters.get(i, item);
-    if (item.name() != nullptr) names.push_back(full_filter_name(item.name()));
+    if (item.name() != nullptr) names.push_back(kept_name(full_filter_name(item.name())));
   }
   return names;
 }

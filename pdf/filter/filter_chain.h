@@ -15,8 +15,11 @@ namespace pdfbmp {
 /// where it is unknown.
 std::string full_filter_name(const char* name);
 
-/// The full filter names of a stream dictionary, in the order of decoding. Both the full keys and
-/// the abbreviations of inline images are read.
+/// A name of a file as records keep it: its first 127 bytes, the most that a name should have.
+std::string kept_name(const std::string& name);
+
+/// The full filter names of a stream dictionary, in the order of decoding: the first 64. Both the
+/// full keys and the abbreviations of inline images are read.
 std::vector<std::string> filter_names(const CPDFDictionary& dict, CPDFXRefTable* xref);
 
 /// Puts the filters that `dict` (a stream's own dictionary) names in front of `encoded`, which

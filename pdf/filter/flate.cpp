@@ -75,7 +75,7 @@ class FlateStream : public CPDFWindowStream {
 
   /// Looks at the two bytes of the zlib header (RFC 1950); false where there is no data.
   bool begin() {
-    if (!input_.fill()) return false;
+    if (!input_.fill(2)) return false;
     const std::ptrdiff_t n = input_.end - input_.begin;
     const unsigned cmf = input_.begin[0];
     const unsigned flg = n > 1 ? input_.begin[1] : 0;

@@ -11,14 +11,17 @@ CPDFInput::CPDFInput(std::unique_ptr<CPDFStream> stream) : stream_(std::move(str
 
 CPDFInput::~CPDFInput() { KXFree(buffer_); }
 
-bool CPDFInput::fill() {
+bool CPDFInput::fill(int least) {
   // As large as a window, so that a filter below writes its piece straight into this buffer.
   constexpr int size = CPDFWindowStream::window_bytes;
   if (buffer_ == nullptr) {
     buffer_ = static_cast<unsigned char*>(KXAlloc(size));
     if (buffer_ == nullptr) return false;
   }
-  const int n = std::clamp(stream_->read_block(buffer_, size), 0, size);
+  int n = 0;
+  for (int got = 1; n < least && got > 0; n += got) {
+    got = std::clamp(stream_->read_block(buffer_ + n, size - n), 0, size - n);
+  }
   begin = cursor = buffer_;
   end = buffer_ + n;
   if (n > 0) ++pieces;

@@ -14,8 +14,8 @@ class CPDFInput {
   CPDFInput& operator=(const CPDFInput&) = delete;
 
   /// Reads the next piece over the last one, whose bytes must have been used; false at the end, or
-  /// where there is no memory for a piece.
-  bool fill();
+  /// where there is no memory for a piece. One of fewer than `least` bytes ends the data.
+  bool fill(int least = 1);
 
   /// The next byte, or -1 at the end.
   int get() { return cursor < end || fill() ? *cursor++ : -1; }

@@ -12,6 +12,8 @@ namespace {
 TEST(InlineData, EndsWhereItEnds) {
   const std::string gray = "/W 8 /H 1 /BPC 8 /CS /G";
   const std::string binary("\x01 EI \x02\x03\x04", 7);
+  // A stored block, whose bytes stand as they are.
+  const std::string with_ei = std::string("\x78\x01\x01\x1E\x00\xE1\xFF", 7) + " EI Q q 1 0 0 1 0 0 cm /Im0 Do" + "\x5F\x0D\x06\x8B";
   const struct {
     const char* name;
     std::string dict;
@@ -30,6 +32,7 @@ TEST(InlineData, EndsWhereItEnds) {
       {"the end of a filter", gray + " /F /A85", " 5s EI *00~> EI Q", "5s EI *00~>", " Q"},
       {"a filter that sees no end", gray + " /F /AHx", " 4142 EI Q", "4142", " Q"},
       {"a filter's end right before EI", gray + " /F /AHx", " 4142434445464748>EI Q", "4142434445464748>", " Q"},
+      {"the end of Flate data, which EI stands in", "/W 30 /H 1 /BPC 8 /CS /G /F /Fl", " " + with_ei + "\nEI Q", with_ei, " Q"},
       {"an unknown filter", gray + " /F /What", " ab EI Q", "ab", " Q"},
       {"EI that ends the content", gray, " 12345678 EI", "12345678", ""},
       {"no EI", gray, " abc", "abc", ""},
