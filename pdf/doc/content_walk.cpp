@@ -117,9 +117,9 @@ class Walk {
     if (!in.read_inline_dictionary(*image->dict)) return;
     image->color_spaces = named_spaces(*image->dict);
     CPDFObjectTable& table = scene_.table();
-    const pdfbmp::InlineData data =
-        pdfbmp::find_inline_data(in.content(), in.position(), *image->dict,
-                                 image->color_spaces.get(), &table, table.limits());
+    const pdfbmp::InlineData data = pdfbmp::find_inline_data(
+        in.content(), in.position(), *image->dict, image->color_spaces.get(), &table,
+        table.limits(), &scene_.clock());
     image->data = in.content().substr(data.begin, data.length);
     in.seek(data.next);
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "pdf/doc/describe.h"
@@ -26,6 +27,13 @@ constexpr std::size_t slack_before = trickle + 16;
 constexpr std::size_t slack_behind = 256;
 
 constexpr std::int64_t max_decoded = 64 * 1024 * 1024;
+
+/// Of decoded bytes, and of places at which EI was looked for, so many are a step of work.
+constexpr std::int64_t bytes_per_step = 256;
+
+bool is_over(CPDFWorkClock* clock, std::int64_t bytes) {
+  return clock != nullptr && clock->is_over(1 + bytes / bytes_per_step);
+}
 
 bool is_space(char c) {
   return c == ' ' || c == '\n' || c == '\r' || c == '\t' || c == '\f' || c == '\0';
@@ -61,9 +69,11 @@ bool looks_like_content(std::string_view content, std::size_t at) {
 /// The first EI from `from` on, at most at `last`, that stands alone. `strict` asks for content
 /// behind it.
 std::size_t scan_for_ei(std::string_view content, std::size_t begin, std::size_t from,
-                        std::size_t last, bool strict) {
-  for (std::size_t at = content.find("EI", from); at <= last; at = content.find("EI", at + 1)) {
-    if (at == npos) break;
+                        std::size_t last, bool strict, CPDFWorkClock* clock) {
+  for (std::size_t at = from; at < content.size(); ++at) {
+    const std::size_t searched_from =
+        std::exchange(at, std::min(content.find("EI", at), content.size()));
+    if (is_over(clock, static_cast<std::int64_t>(at - searched_from)) || at > last) break;
     // Hexadecimal and base-85 data end with '>', and EI often follows directly.
     const bool alone = at == begin || is_space(content[at - 1]) || content[at - 1] == '>';
     if (alone && is_ei(content, at) && (!strict || looks_like_content(content, at + 2))) return at;
@@ -114,7 +124,8 @@ std::int64_t picture_bytes(const CPDFDictionary& dict, const CPDFDictionary* nam
 
 /// How much of `bytes` the filters take, npos where they see no end of their own.
 std::size_t filtered_length(std::string_view bytes, const CPDFDictionary& dict, CPDFXRefTable* xref,
-                            const CPDFFilterLimits& limits, std::int64_t expected) {
+                            const CPDFFilterLimits& limits, std::int64_t expected,
+                            CPDFWorkClock* clock) {
   std::size_t given = 0;
   auto report = std::make_shared<CPDFDecodeReport>();
   std::unique_ptr<CPDFStream> input(new (std::nothrow) Trickle(bytes, given));
@@ -123,8 +134,9 @@ std::size_t filtered_length(std::string_view bytes, const CPDFDictionary& dict, 
   if (stream == nullptr) return npos;
   std::vector<unsigned char> sink(64 * 1024);
   std::size_t at_whole_picture = npos;
-  std::int64_t total = 0;
-  while (total < max_decoded) {
+  std::int64_t total = 0, counted = 0;
+  while (total < max_decoded && !is_over(clock, total - counted)) {
+    counted = total;
     std::int64_t want = static_cast<std::int64_t>(sink.size());
     if (total < expected) want = std::min(want, expected - total);
     const int got = stream->read_block(sink.data(), static_cast<int>(want));
@@ -148,7 +160,7 @@ namespace pdfbmp {
 
 InlineData find_inline_data(std::string_view content, std::size_t at, const CPDFDictionary& dict,
                             const CPDFDictionary* named, CPDFXRefTable* xref,
-                            const CPDFFilterLimits& limits) {
+                            const CPDFFilterLimits& limits, CPDFWorkClock* clock) {
   const std::size_t size = content.size();
   std::size_t begin = std::min(at, size);
   if (begin < size && is_space(content[begin])) ++begin;
@@ -168,17 +180,18 @@ InlineData find_inline_data(std::string_view content, std::size_t at, const CPDF
     }
   }
   if (filtered) {
-    const std::size_t taken = filtered_length(content.substr(begin), dict, xref, limits, picture);
+    const std::size_t taken =
+        filtered_length(content.substr(begin), dict, xref, limits, picture, clock);
     if (taken != npos) {
       const std::size_t end = begin + taken;
       const std::size_t from = end - std::min(taken, slack_before);
       std::size_t ei = ei_behind(content, end);
-      if (ei == npos) ei = scan_for_ei(content, begin, from, end + slack_behind, false);
+      if (ei == npos) ei = scan_for_ei(content, begin, from, end + slack_behind, false, clock);
       if (ei != npos) return data_before(content, begin, ei);
     }
   }
   for (const bool strict : {true, false}) {
-    const std::size_t ei = scan_for_ei(content, begin, begin, size, strict);
+    const std::size_t ei = scan_for_ei(content, begin, begin, size, strict, clock);
     if (ei != npos) return data_before(content, begin, ei);
   }
   return {begin, size - begin, size};

@@ -81,9 +81,8 @@ class Conversion {
         if (rec == nullptr) break;
         convert_dictionary(object.getDict(), rec->dict, depth);
         settle_depth(object.getDict(), rec->dict);
-        rec->location[1] =
-            static_cast<std::uint32_t>(object.getObjectID()) |
-            std::uint64_t{static_cast<std::uint32_t>(object.getGeneration())} << 32;
+        rec->location[1] = static_cast<std::uint32_t>(object.getObjectID()) |
+                           std::uint64_t{static_cast<std::uint32_t>(object.getGeneration())} << 32;
         break;
       }
       default:
@@ -113,8 +112,7 @@ class Conversion {
     if (depth >= max_depth) return;
     for (const auto& entry : dict.ditems()) {
       if (entry.second.isDirectNull()) continue;  // As if it were absent (ISO 32000-1, 7.3.7).
-      CPDFObj* item =
-          entries_left_-- > 0 ? out.set(pdfbmp::without_slash(entry.first)) : nullptr;
+      CPDFObj* item = entries_left_-- > 0 ? out.set(pdfbmp::without_slash(entry.first)) : nullptr;
       if (item == nullptr) break;
       convert_entry(entry.second, *item, depth + 1);
     }

@@ -18,10 +18,10 @@ int int_from(long long value);
 
 /// Fills `out` with the object itself: references inside it stay references. Containers nested
 /// more than 64 deep come empty, and what is behind the first 65,536 entries of all containers
-/// together stays away: no image needs as many. A stream gets its dictionary and, as its location, the object
-/// number in the low half of word 1 and the generation in the high half; that of a JPEG 2000 image
-/// says 8 bits per component, as its samples are delivered, and other codecs that fix the depth
-/// supply one that is absent. May throw what the parser throws.
+/// together stays away: no image needs as many. A stream gets its dictionary and, as its location,
+/// the object number in the low half of word 1 and the generation in the high half; that of a JPEG
+/// 2000 image says 8 bits per component, as its samples are delivered, and other codecs that fix
+/// the depth supply one that is absent. May throw what the parser throws.
 void convert_object(QPDFObjectHandle object, CPDFObj& out);
 
 /// The same for an entry of a container: a reference stays one.

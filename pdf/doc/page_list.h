@@ -10,8 +10,8 @@ namespace pdfbmp {
 
 /// The document's pages in order: the leaves of the page tree, or, where the tree yields none,
 /// every object that says it is a page. A page that the tree holds twice comes twice; a tree that
-/// holds the same nodes again and again is followed so far as the file's objects make plausible. The
-/// caller holds the table's lock.
+/// holds the same nodes again and again is followed so far as the file's objects make plausible.
+/// The caller holds the table's lock.
 std::vector<QPDFObjectHandle> list_pages(CPDFObjectTable& table);
 
 /// An attribute of a page, inherited from the nodes above where it has none of its own; null

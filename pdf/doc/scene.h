@@ -88,6 +88,7 @@ class Scene {
   void add_edge(SceneNode& node, const SceneEdge& edge);
 
   CPDFObjectTable& table() { return table_; }
+  CPDFWorkClock& clock() { return budget_.clock(); }
 
  private:
   int form_node(QPDFObjectHandle form, const SceneResources& outer);

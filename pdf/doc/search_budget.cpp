@@ -21,14 +21,17 @@ SearchBudget::SearchBudget(CPDFObjectTable& table, std::int64_t file_bytes)
       content_(std::max(table.limits().max_content_bytes, content_per_file_byte * file_bytes)),
       page_notes_(max_page_notes),
       most_nodes_(table, nodes_per_object),
-      clock_(static_cast<double>(table.limits().max_search_seconds) *
-             static_cast<double>(1 + (file_bytes >> 20))) {}
+      seconds_(static_cast<double>(table.limits().max_search_seconds) *
+               static_cast<double>(1 + (file_bytes >> 20))),
+      clock_(seconds_) {}
 
 bool SearchBudget::is_over(std::int64_t steps) {
   if (!clock_.is_over(steps)) return false;
   tell_once("the search for images takes longer than the limits allow: not all are found");
   return true;
 }
+
+void SearchBudget::give_grace() { clock_.allow(1.25 * seconds_); }
 
 std::int64_t SearchBudget::content_left() {
   if (content_ <= 0) content_is_cut();

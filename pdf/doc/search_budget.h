@@ -21,6 +21,11 @@ class SearchBudget {
   /// Counts so many steps of work, each about a microsecond; true when the time is over.
   bool is_over(std::int64_t steps = 1);
 
+  /// A little more time, once, to make use of what was found when the time was over.
+  void give_grace();
+
+  CPDFWorkClock& clock() { return clock_; }
+
   /// How many bytes of content may still be read; where there are none, that is told.
   std::int64_t content_left();
   void take_content(std::int64_t bytes) { content_ -= bytes; }
@@ -38,6 +43,7 @@ class SearchBudget {
   std::int64_t content_, page_notes_;
   std::int64_t nodes_ = 0;
   ObjectBound most_nodes_;
+  double seconds_;
   CPDFWorkClock clock_;
   std::set<std::string> told_;
 };

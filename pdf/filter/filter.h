@@ -35,7 +35,7 @@ struct CPDFFilterLimits {
   std::int64_t max_content_bytes = std::int64_t{1} << 24;
   int max_images = 100'000;
   int max_search_seconds = 1;  ///< Of the processor, and again for each 2^20 bytes of the file.
-  int max_nesting = 40;  ///< Forms, patterns and glyphs that run one another; 500 at most.
+  int max_nesting = 40;        ///< Forms, patterns and glyphs that run one another; 500 at most.
 };
 
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,
