@@ -139,19 +139,11 @@ class Walk {
     // An array can have a device space as its base, for which there may be a default.
     const std::string name = entry->name() != nullptr ? entry->name() : "";
     const auto [at, is_new] = spaces_.try_emplace(name);
-    if (is_new) at->second = copy_spaces({"DefaultGray", "DefaultRGB", "DefaultCMYK", name});
-    return at->second;
-  }
-
-  std::shared_ptr<const CPDFDictionary> copy_spaces(const std::vector<std::string>& names) {
-    std::shared_ptr<CPDFDictionary> spaces;
-    for (const std::string& name : names) {
-      const QPDFObjectHandle space = resources_.find("/ColorSpace", name);
-      if (space.isDirectNull()) continue;
-      if (spaces == nullptr) spaces = std::make_shared<CPDFDictionary>();
-      if (CPDFObj* slot = spaces->set(name.c_str())) pdfbmp::convert_entry(space, *slot);
+    if (is_new) {
+      at->second =
+          pdfbmp::copy_spaces(resources_, {"DefaultGray", "DefaultRGB", "DefaultCMYK", name});
     }
-    return spaces;
+    return at->second;
   }
 
   // Text, of which only the glyphs of Type 3 fonts can hold images.

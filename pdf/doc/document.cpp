@@ -9,12 +9,14 @@
 #include <utility>
 
 #include "kx/alloc.h"
+#include "pdf/doc/image_time.h"
 #include "pdf/doc/image_walk.h"
 #include "pdf/doc/load_image.h"
 #include "pdf/doc/object_table.h"
 #include "pdf/doc/object_values.h"
 #include "pdf/doc/open_qpdf.h"
 #include "pdf/doc/page_list.h"
+#include "pdf/doc/scene.h"
 #include "pdf/doc/search_budget.h"
 
 namespace {
@@ -26,6 +28,7 @@ class QpdfDocument final : public CPDFDocument {
   QpdfDocument(pdfbmp::OpenedFile file, std::shared_ptr<CPDFSource> source,
                const CPDFFilterLimits& limits)
       : file_bytes_(source->size()),
+        time_(std::make_shared<pdfbmp::ImageTime>(limits.max_image_seconds, file_bytes_)),
         table_(std::move(file.qpdf), std::move(source), file.base, limits) {}
 
   void find_pages() {
@@ -47,12 +50,19 @@ class QpdfDocument final : public CPDFDocument {
   }
 
   CPDFLoadedImage load_image(const CPDFFoundImage& found) override {
-    if (found.inline_image != nullptr) {
-      return pdfbmp::load_inline_image(table_, found.inline_image);
+    if (time_->is_over()) {
+      CPDFLoadedImage loaded;
+      loaded.image.reset(new (std::nothrow) CPDFImage);
+      loaded.problem = "the images before it took longer than the limits allow";
+      return loaded;
     }
-    CPDFObjHolder spaces;
-    guarded([&] { page_spaces(found.page, spaces); });
-    return pdfbmp::load_image_object(table_, {found.object, found.generation}, spaces.dict());
+    if (found.inline_image != nullptr) {
+      return pdfbmp::load_inline_image(table_, found.inline_image, *time_);
+    }
+    std::shared_ptr<const CPDFDictionary> spaces;
+    guarded([&] { spaces = default_spaces(found.page); });
+    return pdfbmp::load_image_object(table_, {found.object, found.generation}, spaces.get(),
+                                     *time_);
   }
 
   std::unique_ptr<CPDFStream> raw_stream(const CPDFFoundImage& found) override {
@@ -106,14 +116,17 @@ class QpdfDocument final : public CPDFDocument {
     }
   }
 
-  /// The ColorSpace resources of a page.
-  void page_spaces(int page, CPDFObj& out) {
-    if (page < 1 || page > page_count()) return;
-    QPDFObjectHandle resources =
+  /// The ColorSpace resources of a page that stand in for device spaces; null where it has none.
+  /// Images of one page come one after the other: those of the last page asked for are kept.
+  std::shared_ptr<const CPDFDictionary> default_spaces(int page) {
+    if (page < 1 || page > page_count()) return nullptr;
+    if (spaces_page_ == page) return spaces_;
+    spaces_page_ = page;
+    spaces_.reset();
+    pdfbmp::SceneResources resources;
+    resources.dict =
         pdfbmp::page_attribute(pages_[static_cast<std::size_t>(page) - 1], "/Resources");
-    if (!resources.isDictionary()) return;
-    QPDFObjectHandle spaces = resources.getKey("/ColorSpace");
-    if (spaces.isDictionary()) pdfbmp::convert_object(spaces, out);
+    return spaces_ = pdfbmp::copy_spaces(resources, {"DefaultGray", "DefaultRGB", "DefaultCMYK"});
   }
 
   /// The profile of the first output intent that has one for CMYK.
@@ -133,8 +146,11 @@ class QpdfDocument final : public CPDFDocument {
   }
 
   std::int64_t file_bytes_;
+  std::shared_ptr<pdfbmp::ImageTime> time_;
   mutable CPDFObjectTable table_;
   std::vector<QPDFObjectHandle> pages_;
+  int spaces_page_ = 0;
+  std::shared_ptr<const CPDFDictionary> spaces_;
 };
 
 }  // namespace

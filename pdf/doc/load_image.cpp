@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "pdf/cs/parsed/parsed_space.h"
 #include "pdf/doc/default_spaces.h"
 #include "pdf/doc/describe.h"
 #include "pdf/filter/filter_chain.h"
@@ -26,15 +27,34 @@ struct InlineKeeper {
   CPDFResources resources = {nullptr, 0};
 };
 
-/// The stream's report. A stream without one (bytes of an inline image that no filter decodes) is
-/// put behind a counter first.
-std::shared_ptr<CPDFDecodeReport> measure(CPDFImage* image) {
+/// The stream's report, with the clock. A stream without one (bytes of an inline image that no
+/// filter decodes) is put behind a counter first.
+std::shared_ptr<CPDFDecodeReport> measure(CPDFImage* image,
+                                          const std::shared_ptr<CPDFWorkClock>& clock) {
   if (image == nullptr || image->stream == nullptr) return nullptr;
-  if (auto report = pdfbmp::report_of(image->stream)) return report;
-  auto report = std::make_shared<CPDFDecodeReport>();
-  std::unique_ptr<CPDFStream> plain(std::exchange(image->stream, nullptr));
-  image->stream = pdfbmp::make_measured_stream(std::move(plain), report).release();
+  auto report = pdfbmp::report_of(image->stream);
+  if (report == nullptr) {
+    report = std::make_shared<CPDFDecodeReport>();
+    std::unique_ptr<CPDFStream> plain(std::exchange(image->stream, nullptr));
+    image->stream = pdfbmp::make_measured_stream(std::move(plain), report).release();
+  }
+  report->clock = clock;
   return report;
+}
+
+std::int64_t pixels_of(const CPDFImage* image) {
+  if (image == nullptr) return 0;
+  return std::max<std::int64_t>(image->width, 0) * std::max<std::int64_t>(image->height, 0);
+}
+
+/// Measures the image's streams, and gives it the time for as many pixels as the largest has.
+void measure_all(CPDFLoadedImage& loaded, pdfbmp::ImageTime& time,
+                 const std::shared_ptr<CPDFWorkClock>& clock) {
+  CPDFImage& image = *loaded.image;
+  time.allow(*clock, std::max({pixels_of(&image), pixels_of(image.mask), pixels_of(image.smask)}));
+  loaded.report = measure(&image, clock);
+  loaded.mask_report = measure(image.mask, clock);
+  loaded.smask_report = measure(image.smask, clock);
 }
 
 /// Why there is no stream.
@@ -67,6 +87,17 @@ bool has_long_rows(const CPDFImage* image, const CPDFFilterLimits& limits) {
          has_long_rows(image->mask, limits) || has_long_rows(image->smask, limits);
 }
 
+/// Of one row of an image or a mask, the most steps of work of its colour space.
+constexpr std::int64_t max_row_work = std::int64_t{1} << 28;
+
+bool has_dear_rows(const CPDFImage* image) {
+  if (image == nullptr) return false;
+  const auto* space = dynamic_cast<const CPDFCSParsed*>(image->cs);
+  const std::int64_t work = space != nullptr ? space->work() : 1;
+  return image->width > max_row_work / work || has_dear_rows(image->mask) ||
+         has_dear_rows(image->smask);
+}
+
 std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, const CPDFObj* space,
                          const CPDFDictionary* named, CPDFObjectTable& table,
                          const std::string& failure) {
@@ -78,6 +109,7 @@ std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, con
     return "a row of the image has more bytes than the limit of " +
            std::to_string(table.limits().max_row_bytes);
   }
+  if (has_dear_rows(&image)) return "the colours of a row take more work than the limits allow";
   return {};
 }
 
@@ -86,7 +118,8 @@ std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, con
 namespace pdfbmp {
 
 CPDFLoadedImage load_image_object(CPDFObjectTable& table, const PDF_REF& ref,
-                                  const CPDFDictionary* spaces) {
+                                  const CPDFDictionary* spaces, ImageTime& time) {
+  const std::shared_ptr<CPDFWorkClock> clock = time.begin();
   CPDFLoadedImage loaded;
   loaded.image.reset(new (std::nothrow) CPDFImage);
   if (loaded.image == nullptr) return loaded;
@@ -101,15 +134,15 @@ CPDFLoadedImage load_image_object(CPDFObjectTable& table, const PDF_REF& ref,
   image.load();
   const CPDFObj* space = find_key(&rec->dict, CPDFDictionary::sm_tag_cs);
   apply_default_space(image, space, spaces, &table);
-  loaded.report = measure(&image);
-  loaded.mask_report = measure(image.mask);
-  loaded.smask_report = measure(image.smask);
+  measure_all(loaded, time, clock);
   loaded.problem = find_problem(image, rec->dict, space, nullptr, table, table.failure_of(ref.num));
   return loaded;
 }
 
 CPDFLoadedImage load_inline_image(CPDFObjectTable& table,
-                                  const std::shared_ptr<const CPDFInlineImage>& source) {
+                                  const std::shared_ptr<const CPDFInlineImage>& source,
+                                  ImageTime& time) {
+  const std::shared_ptr<CPDFWorkClock> clock = time.begin();
   CPDFLoadedImage loaded;
   loaded.image.reset(new (std::nothrow) CPDFImage);
   if (loaded.image == nullptr || source->dict == nullptr || source->data.size() > INT_MAX) {
@@ -134,7 +167,7 @@ CPDFLoadedImage load_inline_image(CPDFObjectTable& table,
   image.load_inline(source->dict.get(), reinterpret_cast<unsigned char*>(keeper->data.data()),
                     static_cast<int>(keeper->data.size()), &keeper->resources);
   apply_default_space(image, space, named, &table);
-  loaded.report = measure(&image);
+  measure_all(loaded, time, clock);
   loaded.problem = find_problem(image, *source->dict, space, named, table, {});
   loaded.keep_alive = std::move(keeper);
   return loaded;

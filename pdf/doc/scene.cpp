@@ -92,6 +92,18 @@ QPDFObjectHandle SceneResources::find(const char* name, std::string_view key) co
   return entries.getKey("/" + std::string(key));
 }
 
+std::shared_ptr<const CPDFDictionary> copy_spaces(const SceneResources& resources,
+                                                  const std::vector<std::string>& names) {
+  std::shared_ptr<CPDFDictionary> spaces;
+  for (const std::string& name : names) {
+    const QPDFObjectHandle space = resources.find("/ColorSpace", name);
+    if (space.isDirectNull()) continue;
+    if (spaces == nullptr) spaces = std::make_shared<CPDFDictionary>();
+    if (CPDFObj* slot = spaces->set(name.c_str())) convert_entry(space, *slot);
+  }
+  return spaces;
+}
+
 void Scene::add_edge(SceneNode& node, const SceneEdge& edge) {
   if (!edge.to_image && edge.drawn) {
     const int height = nodes_[static_cast<std::size_t>(edge.target)].height + 1;

@@ -118,6 +118,10 @@ class Scene {
   std::vector<int> unread_;  ///< Listed nodes that nothing painted so far.
 };
 
+/// Copies ColorSpace resources of these names; null where there are none.
+std::shared_ptr<const CPDFDictionary> copy_spaces(const SceneResources& resources,
+                                                  const std::vector<std::string>& names);
+
 /// The transformation that an array of six numbers gives; the identity for anything else.
 CPDFMatrix matrix_from(QPDFObjectHandle array);
 

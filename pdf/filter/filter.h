@@ -2,12 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 
 #include "pdf/obj/stream.h"
 
 class CPDFDictionary;
+class CPDFWorkClock;
 class CPDFXRefTable;
 
 // A filter is a stream that decodes what another stream delivers, as it is asked for: none holds
@@ -36,6 +38,11 @@ struct CPDFFilterLimits {
   int max_images = 100'000;
   int max_search_seconds = 1;  ///< Of the processor, and again for each 2^20 bytes of the file.
   int max_nesting = 40;        ///< Forms, patterns and glyphs that run one another; 500 at most.
+
+  /// Of the processor, for an image, and again for each 2^20 pixels that the size of the file makes
+  /// plausible. What a caller does between two reads of its rows counts as well, so by default
+  /// there is no such limit.
+  int max_image_seconds = std::numeric_limits<int>::max();
 };
 
 /// What became of one stream, written while it is read. Whoever wants it shares it with the stream,
@@ -44,7 +51,12 @@ struct CPDFDecodeReport {
   std::int64_t bytes = 0;      ///< Decoded bytes that were delivered.
   std::int64_t row_bytes = 0;  ///< Of a row of samples, where who reads them has told; else 0.
   bool damaged = false;        ///< The data is broken or ends early; what came before it is good.
+  bool late = false;           ///< The image's time is over: nothing more is delivered.
   std::string problem;  ///< The first thing that went wrong, in words, no full stop; or empty.
+
+  /// Counts what the image takes of the processor's time, its masks included; null where nobody
+  /// wants to know.
+  std::shared_ptr<CPDFWorkClock> clock;
 
   /// Notes a problem; the first one stays.
   void note(const char* what) noexcept {

@@ -35,7 +35,9 @@ class FlateStream : public CPDFWindowStream {
   enum class Form { unknown, zlib, raw_after_header, raw, none };
 
   int produce(unsigned char* dst, int capacity) override {
-    if (form_ == Form::unknown && !begin()) return stop("the Flate data is empty");
+    if (form_ == Form::unknown && !begin()) {
+      return stop(input_.begin == nullptr ? "no memory for Flate data" : "the Flate data is empty");
+    }
     while (!finished_) {
       if (input_.cursor == input_.end && !input_ended_) input_ended_ = !input_.fill();
       const unsigned char* const before = input_.cursor;

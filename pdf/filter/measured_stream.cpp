@@ -6,6 +6,7 @@
 
 #include "pdf/filter/jpx_channels.h"
 #include "pdf/filter/window_stream.h"
+#include "pdf/filter/work_clock.h"
 #include "pdf/obj/jpx_stream.h"
 
 CPDFReportedStream::CPDFReportedStream(std::shared_ptr<CPDFDecodeReport> report)
@@ -14,6 +15,13 @@ CPDFReportedStream::CPDFReportedStream(std::shared_ptr<CPDFDecodeReport> report)
 CPDFReportedStream::~CPDFReportedStream() = default;
 
 int CPDFReportedStream::read_counted(CPDFStream& stream, void* dst, int n) {
+  // A look at the clock takes as long as some hundred bytes.
+  CPDFWorkClock* const clock = report_->clock.get();
+  if (clock != nullptr && clock->is_over(64 + n / 4)) {
+    report_->late = true;
+    report_->note("it takes longer than the limits allow");
+    return 0;
+  }
   const int got = pdfbmp::read_fully(stream, dst, n);
   report_->bytes += got;
   return got;

@@ -21,7 +21,10 @@ class CPDFWorkClock {
     return used_ >= allowed_;
   }
 
-  double used_seconds() const { return used_; }  ///< As of the last look.
+  double used_seconds() {
+    look();
+    return used_;
+  }
 
  private:
   void look();

@@ -185,14 +185,22 @@ TEST_F(Tool, VastPictureEndsWhereItsDataDoes) {
   EXPECT_EQ(PngReader(file_content(path("out/0001-001-o3.png"))).rows.size(), std::size_t{2048} * 16384);
 }
 
-TEST_F(Tool, RowsBeyondTheTimeAreBlank) {
+// Where colours are dear, those rows are decoded that there is time for; without any, none.
+TEST_F(Tool, TimeIsLimited) {
+  std::string program = "{ pop ", ramp;
+  for (int i = 0; i < 12000; ++i) program += "sin ";
+  for (int i = 0; i < 1 << 18; ++i) ramp += static_cast<char>(i * i >> 8);
   PdfBuilder pdf;
-  pdf.add_page_with({pdf.add_image(512, 64, "/ColorSpace /DeviceGray /BitsPerComponent 8", std::string(512 * 64, 'x'))});
+  const int function = pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1] /Range [0 1]", program + "}");
+  const std::string space = "/ColorSpace [/DeviceN [/A /B] /DeviceGray " + PdfBuilder::ref(function) + "] /BitsPerComponent 8";
+  pdf.add_page_with({pdf.add_image(512, 256, space + " /Filter /FlateDecode", encoders::deflate(ramp))});
   write_file(path("late.pdf"), pdf.finish());
-  const ProgramRun late = run({"extract", "late.pdf", "-o", "out", "--limit", "image-seconds=0"});
-  EXPECT_EQ(late.exit_code, 1);
-  EXPECT_NE(late.err.find("longer than the limits allow; only its first 32 rows are decoded"), std::string::npos) << late.err;
-  EXPECT_TRUE(PngReader(file_content(path("out/0001-001-o3.png"))).rows == std::string(512 * 32, 'x') + std::string(512 * 32, '\0'));
+  const std::string late = run({"extract", "late.pdf", "-o", "out", "--kind", "color"}).err;
+  EXPECT_NE(late.find("longer than the limits allow; only its first"), std::string::npos) << late;
+  const std::string none = run({"extract", "late.pdf", "-o", "out", "--limit", "image-seconds=0"}).err;
+  EXPECT_NE(none.find("longer than the limits allow"), std::string::npos) << none;
+  const ProgramRun unfound = run({"list", "late.pdf", "--limit", "search-seconds=0"});
+  EXPECT_NE(unfound.err.find("longer than the limits allow: not all are found"), std::string::npos) << unfound.err;
 }
 
 TEST_F(Tool, JsonTellsEveryFact) {

@@ -6,18 +6,14 @@
 
 #include "pdf/doc/raster.h"
 #include "tools/pdfbmp/picture.h"
-#include "tools/pdfbmp/time_limit.h"
 
-/// Cut: nothing but blank rows would follow, too many. Late: the rows below are blank, since those
-/// above took all the time.
-enum class Copied { all, unread, unwritten, cut, late };
+/// Cut: nothing but blank rows would follow, too many.
+enum class Copied { all, unread, unwritten, cut };
 
-/// What ends the reading of rows above the last.
+/// What ends the writing of rows above the last.
 struct RowBounds {
-  TimeLimit time;
-  std::int64_t pixels;  ///< Of what is decoded for the rows.
   std::int64_t max_blank_pixels = std::numeric_limits<std::int64_t>::max();
-  int rows = 0;  ///< Where they were cut or late: how many there are.
+  int rows = 0;  ///< Where they were cut: how many there are.
 };
 
 /// Writes all rows of a picture, described by `info`, which may differ from its reader's own

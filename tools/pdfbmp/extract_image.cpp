@@ -83,12 +83,7 @@ bool extract_native(CPDFDocument& document, const CPDFFoundImage& found, const s
   return true;
 }
 
-template <class Sized>
-std::int64_t pixels_of(const Sized& sized) {
-  return std::int64_t{sized.width} * sized.height;
-}
-
-std::string only_first(int rows, const char* done) {
+std::string only_first(std::int64_t rows, const char* done) {
   return "only its first " + std::to_string(rows) + (rows == 1 ? " row is " : " rows are ") + done;
 }
 
@@ -100,7 +95,6 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
       extract_native(document, found, name, options, output, result)) {
     return;
   }
-  const TimeLimit time(options.max_image_seconds);
   Picture picture = open_picture(document, found, options);
   result.passed_over = picture.passed_over;
   result.error = picture.problem;
@@ -109,15 +103,13 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
   CPDFRasterInfo info = described(picture.reader->info(), found);
   result.name = name + "." + suffix_of(options.format, info);
   std::unique_ptr<OutputFile> file = output.create(result.name, result.error);
-  RowBounds bounds = {time, std::max(pixels_of(found), pixels_of(info)), options.max_blank_pixels};
+  RowBounds bounds;
+  bounds.max_blank_pixels = options.max_blank_pixels;
   Copied copied = Copied::unwritten;
   if (file != nullptr) {
     copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, bounds);
   }
   std::string why_fewer;
-  if (copied == Copied::late) {
-    why_fewer = "it takes longer than the limits allow; " + only_first(bounds.rows, "decoded");
-  }
   if (copied == Copied::cut && bounds.rows > 0) {
     why_fewer = delivery_of(picture).problem + "; " + only_first(bounds.rows, "written");
     // The height stands before the rows, so all is made once more.
@@ -127,7 +119,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
     result.error = picture.problem;
     if (picture.reader == nullptr) return;
     info.height = bounds.rows;
-    bounds = {time, bounds.pixels};
+    bounds = RowBounds();
     if (file != nullptr) {
       copied = copy_rows(picture, *make_writer(options.format, file->sink()), info, bounds);
     }
@@ -143,6 +135,10 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
 
   const Delivery delivery = delivery_of(picture);
   result.rows = delivery.rows;
+  const auto& report = picture.loaded.report;
+  if (why_fewer.empty() && report != nullptr && report->late && delivery.rows > 0) {
+    why_fewer = delivery.problem + "; " + only_first(delivery.rows, "decoded");
+  }
   result.error = why_fewer.empty() ? delivery.problem : why_fewer;
   if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
     if (result.error.empty()) result.error = "its rows cannot be read";

@@ -49,7 +49,6 @@ Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, int 
   thumbnail.problem = too_many_pixels(found, options);
   if (!thumbnail.problem.empty()) return thumbnail;
   options.kind = is_mask(found) ? PictureKind::mask : PictureKind::automatic;
-  const TimeLimit time(options.max_image_seconds);
   Picture picture = open_picture(document, found, options);
   thumbnail.problem = picture.problem;
   if (picture.reader == nullptr) return thumbnail;
@@ -59,12 +58,11 @@ Thumbnail make_picture(CPDFDocument& document, const CPDFFoundImage& found, int 
   const CPDFRasterInfo& info = picture.reader->info();
   StringSink sink;
   CPDFPngWriter writer(sink);
-  RowBounds bounds = {time, std::int64_t{found.width} * found.height};
+  RowBounds bounds;
   const Copied copied = copy_rows(picture, writer, info, bounds);
   if (copied == Copied::unwritten) throw std::bad_alloc();
   const Delivery delivery = delivery_of(picture);
-  thumbnail.problem =
-      copied == Copied::late ? "it takes longer than the limits allow" : delivery.problem;
+  thumbnail.problem = delivery.problem;
   if (copied == Copied::unread || (!delivery.complete && delivery.rows == 0)) {
     if (thumbnail.problem.empty()) thumbnail.problem = "its rows cannot be read";
     return thumbnail;

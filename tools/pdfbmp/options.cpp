@@ -62,7 +62,8 @@ constexpr LimitName limit_names[] = {
     {"content-bytes", &CPDFFilterLimits::max_content_bytes, nullptr},
     {"images", nullptr, &CPDFFilterLimits::max_images},
     {"nesting", nullptr, &CPDFFilterLimits::max_nesting},
-    {"image-seconds", nullptr, nullptr, &Options::max_image_seconds},
+    {"image-seconds", nullptr, &CPDFFilterLimits::max_image_seconds},
+    {"search-seconds", nullptr, &CPDFFilterLimits::max_search_seconds},
     {"blank-pixels", nullptr, nullptr, &Options::max_blank_pixels},
 };
 

@@ -16,6 +16,13 @@ enum class FileFormat { png, pam, pnm, native };
 /// Which bitmap of an image is wanted.
 enum class PictureKind { automatic, color, gray, mask, mono };
 
+/// Those of the library, and one second for an image.
+inline CPDFFilterLimits limits_of_the_tool() {
+  CPDFFilterLimits limits;
+  limits.max_image_seconds = 1;
+  return limits;
+}
+
 struct Options {
   Command command = Command::list;
   std::vector<std::string> files;  ///< "-" is standard input.
@@ -24,9 +31,8 @@ struct Options {
   std::vector<int> objects;           ///< Only images of these numbers; empty for all.
   int min_width = 0, min_height = 0;  ///< Images below either are left out.
   std::string password;
-  CPDFFilterLimits limits;
+  CPDFFilterLimits limits = limits_of_the_tool();
   std::int64_t max_blank_pixels = std::int64_t{1} << 26;  ///< Written below what arrived.
-  std::int64_t max_image_seconds = 1;               ///< Of the processor, as TimeLimit has it.
   std::int64_t max_memory = std::int64_t{2} << 30;  ///< Bytes of the process, threads' own aside.
   bool json = false;
   bool quiet = false;

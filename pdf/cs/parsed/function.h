@@ -1,6 +1,7 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -10,7 +11,7 @@
 /// A PDF function (ISO 32000-1 7.10), ready to be evaluated: from `inputs` to `outputs` numbers.
 ///
 ///     type   file                       limits beyond the standard's
-///     0      function_sampled.cpp       12 inputs, 2^22 samples
+///     0      function_sampled.cpp       12 inputs; 2^22 samples in one colour space
 ///     2      function_exponential.cpp
 ///     3      function_stitching.cpp     nested 8 deep, 256 functions in one colour space
 ///     4      function_postscript.cpp    16,384 instructions, 100 stack places, blocks 32 deep
@@ -30,6 +31,9 @@ class CPDFFunction {
 
   int inputs() const { return static_cast<int>(domain_.size()); }
   int outputs() const { return outputs_; }
+
+  /// The most that one evaluation takes, in steps of about a nanosecond.
+  virtual std::int64_t work() const = 0;
 
   /// Evaluates: `in` are brought into the Domain, `out` into the Range, if there is one. Every
   /// result is a finite number; where the computation has none it is the nearest to 0 in Range.

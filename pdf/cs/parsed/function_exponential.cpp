@@ -18,6 +18,8 @@ class CPDFExponentialFunction final : public CPDFFunction {
         c1_(std::move(c1)),
         exponent_(exponent) {}
 
+  std::int64_t work() const override { return 64; }
+
  protected:
   void compute(const double* in, double* out) const override {
     const double part = exponent_ == 1 ? in[0] : std::pow(in[0], exponent_);

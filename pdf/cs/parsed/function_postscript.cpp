@@ -14,6 +14,8 @@ class CPDFPostScriptFunction final : public CPDFFunction {
       : CPDFFunction(source.domain, source.range, static_cast<int>(source.range.size())),
         program_(std::move(program)) {}
 
+  std::int64_t work() const override { return 8 * program_.instructions(); }
+
  protected:
   void compute(const double* in, double* out) const override {
     program_.run(in, inputs(), out, outputs());  // Where it fails `out` stays zeros.

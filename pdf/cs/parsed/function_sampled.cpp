@@ -29,6 +29,10 @@ class CPDFSampledFunction final : public CPDFFunction {
         inputs_(std::move(inputs)),
         samples_(std::move(samples)) {}
 
+  std::int64_t work() const override {
+    return (inputs() + outputs()) * (std::int64_t{1} << inputs());
+  }
+
  protected:
   void compute(const double* in, double* out) const override {
     // Only the inputs between two samples make corners.
@@ -105,6 +109,7 @@ std::unique_ptr<CPDFFunction> pdfbmp::make_sampled_function(CPDFFunctionSource& 
     if (total > max_samples) return nullptr;
   }
 
+  if (!context.take_samples(total)) return nullptr;
   const std::vector<unsigned char> bytes =
       context.load_stream(source.object, static_cast<int>((total * bits + 7) / 8));
   if (bytes.empty()) return nullptr;

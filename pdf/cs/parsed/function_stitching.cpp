@@ -22,6 +22,12 @@ class CPDFStitchingFunction final : public CPDFFunction {
                      pieces.front().function->outputs()),
         pieces_(std::move(pieces)) {}
 
+  std::int64_t work() const override {
+    std::int64_t most = 0;
+    for (const Piece& piece : pieces_) most = std::max(most, piece.function->work());
+    return most + static_cast<std::int64_t>(pieces_.size());
+  }
+
  protected:
   void compute(const double* in, double* out) const override {
     // Pieces hold their low end; the last one its high end too.

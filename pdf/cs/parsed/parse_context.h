@@ -1,10 +1,12 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "pdf/cs/color_space.h"
+#include "pdf/filter/work_clock.h"
 #include "pdf/obj/object.h"
 
 class CPDFXRefTable;
@@ -21,8 +23,11 @@ class CPDFCSParseContext {
   /// and where spaces are nested too deep.
   std::unique_ptr<CPDFCSBase> parse_space(const CPDFObj* entry);
 
-  /// Counts one more function; false when there have been too many.
-  bool take_function() { return functions_left_-- > 0; }
+  /// Counts one more function; false when there have been too many, or they took too long.
+  bool take_function() { return functions_left_-- > 0 && !clock_.is_over(slow_step); }
+
+  /// Counts samples of functions; false when there have been too many in all.
+  bool take_samples(std::int64_t count) { return (samples_left_ -= count) >= 0; }
 
   /// The object behind a reference, fetched into `temporary`, or `entry` itself. Null stays null.
   const CPDFObj* resolve(const CPDFObj* entry, CPDFObjHolder& temporary) const;
@@ -44,4 +49,8 @@ class CPDFCSParseContext {
   CPDFXRefTable* xref_;
   int spaces_left_ = 8;
   int functions_left_ = 256;
+  std::int64_t samples_left_ = std::int64_t{1} << 22;
+
+  static constexpr std::int64_t slow_step = 1 << 12;  ///< Of the clock: each function asks it.
+  CPDFWorkClock clock_{1.0};
 };

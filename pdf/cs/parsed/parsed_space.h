@@ -1,6 +1,8 @@
 // Copyright (c) 2026 the pdfbmp authors. SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+
 #include "pdf/cs/color_space.h"
 
 /// The values that a component may have.
@@ -46,6 +48,9 @@ class CPDFCSParsed : public CPDFCSBase {
   virtual void rgb_of(const double* components, _KXRGBA& rgba) const = 0;
 
   virtual CPDFCSRange range_of(int component) const;
+
+  /// The most that converting a pixel takes, in steps of about a nanosecond.
+  virtual std::int64_t work() const { return 16; }
 
  protected:
   CPDFCSParsed(int family_code, int components);

@@ -19,6 +19,8 @@ class CPDFPostScriptProgram {
   /// Compiles the text, braces included; false where it is malformed or beyond the limits.
   bool compile(std::string_view text);
 
+  std::int64_t instructions() const { return static_cast<std::int64_t>(code_.size()); }
+
   /// Runs on a stack that holds `inputs` numbers; the top `outputs` of what is left go to `out`,
   /// the topmost last. False, with `out` untouched, where the stack over- or underflows or a
   /// division of integers by zero is met.

@@ -37,6 +37,10 @@ class TintTransform {
     return std::make_unique<TintTransform>(std::move(alternate), std::move(function));
   }
 
+  std::int64_t work() const {
+    return function_->work() + (parsed_ != nullptr ? parsed_->work() : 1);
+  }
+
   void convert(const double* tints, _KXRGBA& rgba) const {
     double components[CPDFFunction::max_outputs];
     function_->evaluate(tints, components);
@@ -70,6 +74,8 @@ class CPDFCSDeviceN final : public CPDFCSParsed {
   }
 
   void get_default_color(PDF_COLOR& color) override { std::fill_n(color.val, comp_count, 255); }
+
+  std::int64_t work() const override { return tint_->work(); }
 
  protected:
   void convert(_KXRGBA* dst, const unsigned char* src, int pixels) const override {
