@@ -15,6 +15,7 @@ using Token = QPDFTokenizer::Token;
 
 constexpr std::size_t max_operands = 100'000;
 constexpr int max_depth = 16;
+constexpr int max_entries = 256;  ///< Of the dictionary of an inline image.
 
 double number_from(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
@@ -145,7 +146,7 @@ bool CPDFContentReader::read_inline_dictionary(CPDFDictionary& dict) {
     const Token value = read_token();
     if (value.isWord("ID")) return true;
     CPDFObjHolder parsed;
-    if (!read_value(value, parsed, 0)) continue;
+    if (!read_value(value, parsed, 0) || dict.count >= max_entries) continue;
     if (CPDFObj* entry = dict.set(pdfbmp::without_slash(key.getValue()))) entry->copy_from(&parsed);
   }
 }

@@ -118,7 +118,7 @@ class Conversion {
     }
   }
 
-  int entries_left_ = 65'536;
+  int entries_left_ = 8'192;
 };
 
 }  // namespace

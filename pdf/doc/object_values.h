@@ -17,7 +17,7 @@ std::int64_t fixed_from_text(std::string_view text);
 int int_from(long long value);
 
 /// Fills `out` with the object itself: references inside it stay references. Containers nested
-/// more than 64 deep come empty, and what is behind the first 65,536 entries of all containers
+/// more than 64 deep come empty, and what is behind the first 8,192 entries of all containers
 /// together stays away: no image needs as many. A stream gets its dictionary and, as its location,
 /// the object number in the low half of word 1 and the generation in the high half; that of a JPEG
 /// 2000 image says 8 bits per component, as its samples are delivered, and other codecs that fix

@@ -125,12 +125,118 @@ std::string cycles() {
   return file.replace(file.find("/Kids [") + 7, 2, "2 ");
 }
 
-std::string with_content(const std::string& what, int times) {
+std::string repeat(const std::string& what, int times) {
+  std::string text;
+  text.reserve(what.size() * static_cast<std::size_t>(times));
+  for (int i = 0; i < times; ++i) text += what;
+  return text;
+}
+
+std::string with_content(const std::string& what, int times, const std::string& resources = "") {
   PdfBuilder pdf;
-  std::string content;
-  for (int i = 0; i < times; ++i) content += what;
-  const int stream = pdf.add_stream("/Filter /FlateDecode", deflate(content));
-  pdf.add_page_of("", stream);
+  const int stream = pdf.add_stream("/Filter /FlateDecode", deflate(repeat(what, times)));
+  pdf.add_page_of(resources, stream);
+  return pdf.finish();
+}
+
+// Forms of a page, each with a stream of its own under the same resources, which name them all.
+std::string forms_of_forms(int forms) {
+  PdfBuilder pdf;
+  const int first = 4;
+  std::string names;
+  for (int i = 0; i < forms; ++i) {
+    names += "/F" + std::to_string(i) + " " + PdfBuilder::ref(first + i) + " ";
+  }
+  const int all = pdf.add("<< " + names + ">>");
+  for (int i = 0; i < forms; ++i) {
+    pdf.add_form("/Resources << /XObject " + PdfBuilder::ref(all) + " >>", "");
+  }
+  pdf.add_page("/XObject " + PdfBuilder::ref(all), "/F0 Do");
+  return pdf.finish();
+}
+
+// A thousand pages with one and the same content.
+std::string same_pages(const std::string& contents, const std::string& data) {
+  PdfBuilder pdf;
+  pdf.add_stream("/Filter /FlateDecode", deflate(data));
+  const int streams = pdf.add(contents);
+  for (int i = 0; i < 1000; ++i) pdf.add_page_of("", streams);
+  return pdf.finish();
+}
+
+// A page tree in which each of 40 nodes holds the one below it twice.
+std::string doubling_pages() {
+  PdfBuilder pdf;
+  const int page = pdf.add_page("", "");
+  int below = page;
+  for (int i = 0; i < 40; ++i) {
+    below = pdf.add("<< /Kids [" + PdfBuilder::ref(below) + " " + PdfBuilder::ref(below) + "] >>");
+  }
+  std::string file = pdf.finish();
+  return file.replace(file.find("/Pages 2 0 R"), 12, "/Pages " + std::to_string(below) + " 0 R");
+}
+
+const std::string long_name = "/" + std::string(50'000, 'N');
+
+// Images that name their filter by one and the same vast name.
+std::string long_names(int images) {
+  PdfBuilder pdf;
+  const int name = pdf.add(long_name);
+  std::vector<int> all;
+  for (int i = 0; i < images; ++i) {
+    all.push_back(pdf.add_image(1, 1, gray + "/Filter " + PdfBuilder::ref(name), "x"));
+  }
+  pdf.add_page_with(all);
+  return pdf.finish();
+}
+
+// So many sine functions, one after the other, for the colour of a pixel.
+int add_dear_function(PdfBuilder& pdf, int inputs, int sines) {
+  std::string domain, program = "{ ";
+  for (int i = 0; i < inputs; ++i) domain += "0 1 ";
+  for (int i = 1; i < inputs; ++i) program += "pop ";
+  return pdf.add_stream(
+      "/FunctionType 4 /Filter /FlateDecode /Range [0 1] /Domain [" + domain + "]",
+      deflate(program + repeat("sin ", sines) + "}"));
+}
+
+std::string dear_colours(int width, int height) {
+  PdfBuilder pdf;
+  std::string colours;
+  for (int i = 0; i < 2 * width * height; ++i) colours += static_cast<char>(i * i >> 8);
+  const std::string space = "/ColorSpace [/DeviceN [/A /B] /DeviceGray " +
+                            PdfBuilder::ref(add_dear_function(pdf, 2, 10'000)) + "]";
+  pdf.add_page_with({pdf.add_image(
+      width, height, space + " /BitsPerComponent 8 /Filter /FlateDecode", deflate(colours))});
+  return pdf.finish();
+}
+
+// Small images whose colours take longer to be made ready than to be converted.
+std::string many_dear_spaces(int images) {
+  PdfBuilder pdf;
+  const std::string space = "/BitsPerComponent 8 /ColorSpace [/Separation /A /DeviceGray " +
+                            PdfBuilder::ref(add_dear_function(pdf, 1, 10'000)) + "]";
+  std::vector<int> all;
+  for (int i = 0; i < images; ++i) all.push_back(pdf.add_image(1, 1, space, "x"));
+  pdf.add_page_with(all);
+  return pdf.finish();
+}
+
+// A function that is made of others, each of which is the same vast table.
+std::string stitched_tables() {
+  PdfBuilder pdf;
+  const int table = pdf.add_stream(
+      "/FunctionType 0 /Domain [0 1] /Range [0 1] /Size [4000000] /BitsPerSample 8 /Filter "
+      "/FlateDecode",
+      deflate(std::string(4'000'000, 'x')));
+  std::string bounds;
+  for (int i = 1; i < 200; ++i) bounds += std::to_string(i * 0.005) + " ";
+  const int function = pdf.add("<< /FunctionType 3 /Domain [0 1] /Functions [" +
+                               repeat(PdfBuilder::ref(table) + " ", 200) + "] /Bounds [" + bounds +
+                               "] /Encode [" + repeat("0 1 ", 200) + "] >>");
+  const std::string space =
+      "/ColorSpace [/Separation /A /DeviceGray " + PdfBuilder::ref(function) + "]";
+  pdf.add_page_with({pdf.add_image(1, 1, space + " /BitsPerComponent 8", "x")});
   return pdf.finish();
 }
 
@@ -180,7 +286,8 @@ std::string flates(int n, const std::string& last = "") {
 std::vector<LimitCase> bombs() {
   const std::string dct = gray + "/Filter /DCTDecode", jp2 = gray + "/Filter /JPXDecode",
                     jb2 = bits + "/Filter /JBIG2Decode";
-  const std::string expands = "more than the limits allow";
+  const std::string expands = "more than the limits allow",
+                    search = "search for images takes longer than the limits allow";
   return {
       {"dictionary: too many pixels", 1, "--max-pixels",
        [] { return file_with(40000, 40000, gray, "x"); }},
@@ -254,26 +361,49 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(8, 8, bits + flates(2, "/CCITTFaxDecode"), nested_zeros(300, 2)); }},
       {"Flate, DCT: nothing but junk", 1, "",
        [=] { return file_with(8, 8, gray + flates(2, "/DCTDecode"), nested_zeros(300, 2)); }},
-      {"colours: a long function", 1, "longer than the limits",
-       [] {
-         PdfBuilder pdf;
-         std::string program = "{ pop pop pop ", colours;
-         for (int i = 0; i < 2500; ++i) program += "dup mul 0.5 add sqrt ";
-         for (int i = 0; i < 1 << 22; ++i) colours += static_cast<char>(i * i >> 8);
-         const int function = pdf.add_stream(
-             "/FunctionType 4 /Domain [0 1 0 1 0 1 0 1] /Range [0 1]", program + "}");
-         const std::string space =
-             "/ColorSpace [/DeviceN [/A /B /C /D] /DeviceGray " + PdfBuilder::ref(function) + "]";
-         pdf.add_page_with({pdf.add_image(
-             1000, 1000, space + " /BitsPerComponent 8 /Filter /FlateDecode", deflate(colours))});
-         return pdf.finish();
-       }},
       {"content: operators", 0, "", [] { return with_content("q Q ", 16 << 20); }},
       {"content: inline images",
        1,
        "",
        [] { return with_content("BI /W 1 /H 1 ID x EI ", 1 << 20); },
        {"--limit", "images=1000"}},
+      {"content: blanks that filters leave out", 0, search,
+       [] {
+         PdfBuilder pdf;
+         pdf.add_stream(flates(2, "/ASCIIHexDecode"), nested_zeros(64, 2, ' '));
+         pdf.add_page_of("", pdf.add("[" + repeat("3 0 R ", 1000) + "]"));
+         return pdf.finish();
+       }},
+      {"content: images of many pages", 1, search,
+       [] { return same_pages("[3 0 R]", repeat("BI /W 1 /H 1 ID x EI ", 20'000)); }},
+      {"content: a font without a number", 0, "",
+       [] { return with_content("/F 1 Tf ", 1 << 21, "/Font << /F << /Subtype /Type3 >> >>"); }},
+      {"inline images: an EI that is none", 0, search,
+       [] { return with_content("BI /W 1 ID x EI \1\n", 800'000); }},
+      {"inline images: a vast default space", 1, "",
+       [] {
+         return with_content("BI /W 1 /H 1 /CS /G ID x EI ", 5'000,
+                             "/ColorSpace << /DefaultGray [" + repeat("/A ", 20'000) + "] >>");
+       }},
+      {"inline images: blanks behind filters", 0, search,
+       [] {
+         return with_content(
+             "BI /W 8192 /H 8192 /BPC 8 /CS /G /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n",
+             200);
+       }},
+      {"forms: all under the resources of all", 0, search, [] { return forms_of_forms(1500); }},
+      {"pages: 2 to the power of 40", 0, "page tree is larger", doubling_pages},
+      {"names of 50,000 bytes", 1, "filter NNN", [] { return long_names(5000); }},
+      {"colours: a dear row", 1, "a row take more work than the limits",
+       [] { return dear_colours(1 << 18, 1); }},
+      {"colours: dear pixels",
+       1,
+       "longer than the limits",
+       [] { return dear_colours(256, 1024); },
+       {"--kind", "color"}},
+      {"colours: a vast table, often", 1, "Separation cannot be used", stitched_tables},
+      {"colours: dear spaces of many images", 1, "images before it took longer",
+       [] { return many_dear_spaces(200); }},
       {"cycles of every kind", 1, "", cycles},
       {"forms: 2 to the power of 30", 0, "", [] { return wide_tree("/A Do /B Do"); }},
       {"arrays in arrays", 0, "",
