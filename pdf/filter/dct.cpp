@@ -20,6 +20,7 @@ class DCTStream : public CPDFWindowStream {
         size_(pdfbmp::declared_size(setup)),
         color_transform_(pdfbmp::int_parm(setup.parms, setup.xref, "ColorTransform", -1)),
         limits_(setup.limits),
+        file_bytes_(setup.file_bytes),
         decoder_(std::move(input), size_.height > max_side ? 0 : size_.height) {}
 
  protected:
@@ -36,7 +37,7 @@ class DCTStream : public CPDFWindowStream {
 
   bool start() {
     started_ = true;
-    if (!decoder_.start(color_transform_, limits_)) {
+    if (!decoder_.start(color_transform_, limits_, file_bytes_)) {
       stop(decoder_.problem());
       return false;
     }
@@ -60,6 +61,7 @@ class DCTStream : public CPDFWindowStream {
   pdfbmp::DeclaredSize size_;
   int color_transform_;
   CPDFFilterLimits limits_;
+  std::int64_t file_bytes_;
   CPDFJpegDecoder decoder_;
   CPDFRowBytes rows_;
   int y_ = 0;

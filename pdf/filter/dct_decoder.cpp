@@ -5,6 +5,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <iterator>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -199,6 +200,15 @@ struct CPDFJpegDecoder::State {
     return blocks;
   }
 
+  // Of coefficients. Each block takes a bit of the first scan at least, and coded data hardly
+  // deflates: where another filter has blown it up, that does not make it more.
+  static std::int64_t plausible_bytes(std::int64_t file_bytes) {
+    constexpr std::int64_t free_bytes = std::int64_t{96} << 20;
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    const std::int64_t of_a_byte = 2 * 8 * static_cast<std::int64_t>(sizeof(JBLOCK));
+    return file_bytes > 0 ? std::max(free_bytes, file_bytes * of_a_byte) : most;
+  }
+
   // Reads every scan of data whose coefficients come in several.
   bool read_scans(const CPDFFilterLimits& limits) {
     constexpr int usual_scans = 16;
@@ -242,13 +252,14 @@ struct CPDFJpegDecoder::State {
     return true;
   }
 
-  bool start(int color_transform, const CPDFFilterLimits& limits);
+  bool start(int color_transform, const CPDFFilterLimits& limits, std::int64_t file_bytes);
   bool next_row(unsigned char* dst);
 };
 
 // The functions that set the point of return hold no object that would have to be destroyed.
 
-bool CPDFJpegDecoder::State::start(int color_transform, const CPDFFilterLimits& limits) {
+bool CPDFJpegDecoder::State::start(int color_transform, const CPDFFilterLimits& limits,
+                                   std::int64_t file_bytes) {
   if (!find_start()) {
     say("there is no JPEG in the data");
     return false;
@@ -262,7 +273,8 @@ bool CPDFJpegDecoder::State::start(int color_transform, const CPDFFilterLimits& 
   }
   choose_colors(color_transform);
   if (jpeg_has_multiple_scans(&info)) {
-    if (blocks() > limits.max_codec_bytes / static_cast<std::int64_t>(sizeof(JBLOCK))) {
+    const std::int64_t held = blocks() * static_cast<std::int64_t>(sizeof(JBLOCK));
+    if (held > limits.max_codec_bytes || held > plausible_bytes(file_bytes)) {
       say("the JPEG's coefficients need more memory than the limits allow");
       return false;
     }
@@ -293,8 +305,9 @@ CPDFJpegDecoder::~CPDFJpegDecoder() {
   if (state_ != nullptr) jpeg_destroy_decompress(&state_->info);
 }
 
-bool CPDFJpegDecoder::start(int color_transform, const CPDFFilterLimits& limits) {
-  return state_ != nullptr && state_->start(color_transform, limits);
+bool CPDFJpegDecoder::start(int color_transform, const CPDFFilterLimits& limits,
+                            std::int64_t file_bytes) {
+  return state_ != nullptr && state_->start(color_transform, limits, file_bytes);
 }
 
 int CPDFJpegDecoder::width() const { return static_cast<int>(state_->info.output_width); }

@@ -17,8 +17,9 @@ class CPDFJpegDecoder {
   CPDFJpegDecoder& operator=(const CPDFJpegDecoder&) = delete;
 
   /// Reads up to the first scan, and all of the data where it has several scans. `color_transform`
-  /// is the parameter of that name, negative where it is absent. False where there is no picture.
-  bool start(int color_transform, const CPDFFilterLimits& limits);
+  /// is the parameter of that name, negative where it is absent; `file_bytes` those of the data
+  /// before other filters, 0 if not known. False where there is no picture.
+  bool start(int color_transform, const CPDFFilterLimits& limits, std::int64_t file_bytes);
 
   // Known once started.
   int width() const;

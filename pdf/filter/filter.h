@@ -76,6 +76,7 @@ struct CPDFFilterSetup {
   const CPDFDictionary* image = nullptr;  ///< The stream's own dictionary; null for inline stages.
   CPDFXRefTable* xref = nullptr;          ///< Resolves references in both; may be null.
   CPDFFilterLimits limits;
+  std::int64_t file_bytes = 0;               ///< Of the data before any filter; 0 if not known.
   std::shared_ptr<CPDFDecodeReport> report;  ///< Never null.
 };
 

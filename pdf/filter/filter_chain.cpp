@@ -92,6 +92,7 @@ class FilterList {
       setup.image = &dict_;
       setup.xref = xref_;
       setup.limits = limits;
+      setup.file_bytes = encoded_length;
       setup.report = report;
       stream = filter->make(std::move(stream), setup);
       if (stream == nullptr) {

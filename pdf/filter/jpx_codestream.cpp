@@ -10,6 +10,9 @@
 
 namespace {
 
+// A codec of this kind can say much in few bytes, but no picture of this size in so few.
+constexpr std::int64_t free_bytes = std::int64_t{96} << 20, most_expansion = 16384;
+
 // The encoded bytes as OpenJPEG reads them, with an end marker after them, which it insists on.
 struct Reader {
   static constexpr unsigned char tail[] = {0xFF, 0xD9};
@@ -99,8 +102,8 @@ struct Decoder {
 }  // namespace
 
 CPDFJpxCodestream::CPDFJpxCodestream(std::unique_ptr<CPDFStream> input,
-                                     const CPDFFilterLimits& limits)
-    : bytes_(std::move(input), limits.max_codec_bytes), limits_(limits) {}
+                                     const CPDFFilterLimits& limits, std::int64_t file_bytes)
+    : bytes_(std::move(input), limits.max_codec_bytes), limits_(limits), file_bytes_(file_bytes) {}
 
 CPDFJpxCodestream::~CPDFJpxCodestream() {
   if (image_ != nullptr) opj_image_destroy(image_);
@@ -123,25 +126,46 @@ bool CPDFJpxCodestream::read_header() {
   return true;
 }
 
+// Bytes of the codestream. Those of a picture hardly deflate: what another filter has blown up is
+// made to take memory.
+std::int64_t CPDFJpxCodestream::plausible_size() const {
+  const std::int64_t size = bytes_.size() - header_.codestream;
+  return file_bytes_ > 0 ? std::min(size, 2 * file_bytes_ + 1024) : size;
+}
+
+// What it takes for the parts of a tile, used or not. Every precinct has a packet, of a byte at
+// least; code blocks come at no cost where they are empty.
+bool CPDFJpxCodestream::check_records() {
+  constexpr double precinct_record = 1024, block_record = 768, free_precincts = 65'536;
+  const auto size = static_cast<double>(plausible_size());
+  const double precincts = structure_.precincts();
+  const double held = precincts * precinct_record + structure_.code_blocks() * block_record;
+  const bool fits = precincts <= free_precincts + size &&
+                    held <= static_cast<double>(limits_.max_codec_bytes) &&
+                    held <= std::max<double>(free_bytes, most_expansion * size);
+  if (!fits) say("the JPEG 2000 image is divided more finely than the limits allow");
+  return fits;
+}
+
 // What OpenJPEG would take is reckoned before it is called: it takes memory by what is declared.
 bool CPDFJpxCodestream::check_limits() {
   const auto components = static_cast<std::int64_t>(header_.components.size());
   const std::int64_t tiles = header_.tiles_across() * header_.tiles_down();
   const std::int64_t lines = std::min(header_.y1 - header_.y0, header_.tile_height);
-  std::int64_t held = 0;
+  std::int64_t& held = row_bytes_;
   for (const CPDFJpxHeader::Component& c : header_.components) {
     // Both factors are below 2^31, and the product below the pixels' limit.
     held += (header_.x1 - header_.x0 + c.dx) / c.dx * ((lines + c.dy) / c.dy) * 4;
   }
   constexpr std::int64_t tile_record = 8 * 1024, component_record = 2 * 1024;
   constexpr std::int64_t least_tile = 14;  // Bytes of a tile with nothing in it.
-  // A codec of this kind can say much in few bytes, but no picture of this size in so few.
-  constexpr std::int64_t free_bytes = std::int64_t{96} << 20, most_expansion = 16384;
-  const std::int64_t size = bytes_.size() - header_.codestream;
-  if (tiles > 65535 || tiles > std::max<std::int64_t>(size / least_tile, 1)) {
+  constexpr std::int64_t most_records = 256;
+  const std::int64_t size = plausible_size();
+  const std::int64_t records = tiles * (tile_record + components * component_record);
+  if (tiles > 65535 || tiles > std::max<std::int64_t>(size / least_tile, 1) ||
+      (records > free_bytes && records / most_records > size)) {
     say("the JPEG 2000 image declares more tiles than its data can hold");
-  } else if (held + tiles * (tile_record + components * component_record) >
-             limits_.max_codec_bytes) {
+  } else if (held + records > limits_.max_codec_bytes) {
     say("the JPEG 2000 image needs more memory at a time than the limits allow");
   } else if (held > free_bytes && held / most_expansion > size) {
     say("the JPEG 2000 image declares a size beyond the limits for so little data");
@@ -155,6 +179,7 @@ bool CPDFJpxCodestream::check_limits() {
 // that it passes over; so it is found out before where the data breaks off.
 void CPDFJpxCodestream::find_end() {
   constexpr std::uint32_t part_start = 0xFF90, part_data = 0xFF93, end_marker = 0xFFD9;
+  constexpr std::uint32_t coding_style = 0xFF52, component_style = 0xFF53;
   const std::int64_t base = header_.codestream;
   const std::int64_t size = bytes_.size() - base;
   const auto number = [&](std::int64_t at, int count) { return bytes_.number(base + at, count); };
@@ -196,6 +221,9 @@ void CPDFJpxCodestream::find_end() {
       // A changed header: the data breaks off before it, and no row is cut.
       if (part_row < 0) break;
       if (is_start) part = at;
+      if (marker == coding_style || marker == component_style) {
+        structure_.add(bytes_, base + at, header_);
+      }
       at += 2 + number(at + 2, 2);
     }
   }
@@ -219,18 +247,29 @@ void CPDFJpxCodestream::bound_parts() {
   }
 }
 
+// OpenJPEG begins anew for each band, and passes over the tiles before it. So rows of few samples
+// are decoded together, but for the one whose data breaks off.
+std::int64_t CPDFJpxCodestream::rows_at_once(std::int64_t row) const {
+  constexpr std::int64_t few_bytes = std::int64_t{1} << 22;
+  if (row == cut_row_) return 1;
+  const std::int64_t end = cut_row_ > row ? cut_row_ : last_row_ + 1;
+  return std::clamp<std::int64_t>(few_bytes / std::max<std::int64_t>(row_bytes_, 1), 1, end - row);
+}
+
 bool CPDFJpxCodestream::decode_at(std::int64_t y) {
   if (y >= band_from_ && y < band_to_) return !failed_;
   if (band_to_ == 0) {
     bytes_.load_all();
     if (!check_limits()) return false;
     find_end();
+    if (!check_records()) return false;
     bound_parts();
   }
   const std::int64_t row = (y - header_.tile_y0) / header_.tile_height;
   if (row > last_row_) return false;
+  const std::int64_t next_row = row + rows_at_once(row);
   band_from_ = std::max(header_.y0, header_.tile_y0 + row * header_.tile_height);
-  band_to_ = std::min(header_.y1, header_.tile_y0 + (row + 1) * header_.tile_height);
+  band_to_ = std::min(header_.y1, header_.tile_y0 + next_row * header_.tile_height);
   // The line of a coarse component that the first line shows may lie in the tiles above.
   std::int64_t from = band_from_;
   for (const CPDFJpxHeader::Component& c : header_.components) {

@@ -6,6 +6,7 @@
 
 #include "pdf/filter/filter.h"
 #include "pdf/filter/jpx_header.h"
+#include "pdf/filter/jpx_structure.h"
 
 struct opj_image;
 
@@ -16,10 +17,13 @@ struct CPDFJpxPlane {
   std::int64_t width = 0, height = 0;
 };
 
-/// OpenJPEG, a row of tiles at a time. An image of one tile is decoded and held whole.
+/// OpenJPEG, a row of tiles at a time, or several where they are small. An image of one tile is
+/// decoded and held whole.
 class CPDFJpxCodestream {
  public:
-  CPDFJpxCodestream(std::unique_ptr<CPDFStream> input, const CPDFFilterLimits& limits);
+  /// `file_bytes`: of the data before other filters; 0 if not known.
+  CPDFJpxCodestream(std::unique_ptr<CPDFStream> input, const CPDFFilterLimits& limits,
+                    std::int64_t file_bytes);
   ~CPDFJpxCodestream();
   CPDFJpxCodestream(const CPDFJpxCodestream&) = delete;
   CPDFJpxCodestream& operator=(const CPDFJpxCodestream&) = delete;
@@ -40,6 +44,9 @@ class CPDFJpxCodestream {
 
  private:
   bool check_limits();
+  bool check_records();
+  std::int64_t plausible_size() const;
+  std::int64_t rows_at_once(std::int64_t row) const;
   void find_end();
   void bound_parts();
   bool decode(std::int64_t from, std::int64_t to, bool cut);
@@ -48,6 +55,9 @@ class CPDFJpxCodestream {
   CPDFLoadedBytes bytes_;
   CPDFFilterLimits limits_;
   CPDFJpxHeader header_;
+  std::int64_t file_bytes_;
+  CPDFJpxStructure structure_;
+  std::int64_t row_bytes_ = 0;   ///< Of the samples of a row of tiles.
   std::int64_t whole_size_ = 0;  ///< Bytes of the codestream up to a tile-part that breaks off.
   std::int64_t cut_row_ = -1;    ///< The row of tiles with that part; negative where there is none.
   std::int64_t last_row_ = -1;   ///< The last row that there is a tile of.
