@@ -9,6 +9,8 @@ namespace {
 constexpr std::uint64_t pixels_per_byte = std::uint64_t{1} << 13;
 // Symbols, their instances, patterns and cells of halftones: a handful of bits each in honest data.
 constexpr std::uint64_t items_per_byte = 64;
+// That a page may have, or draw over itself, for nothing.
+constexpr std::uint64_t blank_pixels = std::uint64_t{1} << 28;
 constexpr std::uint64_t free_items = std::uint64_t{1} << 12, free_cells = std::uint64_t{1} << 22;
 
 // Numbers of a segment's data; 0 beyond its end.
@@ -69,7 +71,7 @@ const char* Jbig2Budget::refuses_page(const Jbig2Segment& segment) {
              : "the JBIG2 page is larger than the limits allow";
 }
 
-bool Jbig2Budget::is_bounded_dictionary(const Jbig2Segment& segment) const {
+bool Jbig2Budget::is_bounded_dictionary(const Jbig2Segment& segment) {
   const Fields fields(segment);
   if (segment.is_symbol_dictionary()) {
     return dictionary_symbols(fields) <= amount(free_items, items_per_byte);
@@ -78,6 +80,7 @@ bool Jbig2Budget::is_bounded_dictionary(const Jbig2Segment& segment) const {
   // decoded in a second.
   constexpr std::uint64_t most = std::uint64_t{1} << 26;
   const std::uint64_t patterns = fields.number(3, 4) + 1;
+  pattern_pixels_ = std::max(pattern_pixels_, fields.number(1, 1) * fields.number(2, 1));
   return patterns <= amount(free_items, items_per_byte) &&
          patterns * fields.number(1, 1) * fields.number(2, 1) <=
              std::min(most, request_.max_pixels);
@@ -89,13 +92,16 @@ bool Jbig2Budget::is_bounded_region(const Jbig2Segment& segment) {
   if (segment.is_text_region()) {
     if (text_instances(fields) > amount(free_items, items_per_byte)) return false;
   } else if (segment.is_halftone_region()) {
-    if (area(fields, region_header + 1) > amount(free_cells, items_per_byte)) return false;
+    const std::uint64_t cells = area(fields, region_header + 1);
+    if (cells > amount(free_cells, items_per_byte)) return false;
+    // Cells may lie over one another; a pattern is drawn by the byte.
+    pixels = std::max(pixels, cells * pattern_pixels_ / 8);
   } else if (segment.is_generic_region() && (fields.number(region_header, 1) & 1) != 0) {
     pixels /= 16;  // Blank rows of T.6 are a bit each, and filled at once.
   }
   // A page full of regions is free, and some for those that lie over one another.
   const std::uint64_t most =
-      amount(page_pixels_ + std::min<std::uint64_t>(1 << 28, request_.max_pixels), pixels_per_byte);
+      amount(page_pixels_ + std::min(blank_pixels, request_.max_pixels), pixels_per_byte);
   if (pixels > most - std::min(most, region_pixels_)) return false;
   region_pixels_ += pixels;
   return true;
@@ -112,20 +118,28 @@ const char* Jbig2Budget::refuses(const Jbig2Segment& segment) {
              : "the JBIG2 data asks for more regions than the limits allow";
 }
 
-std::uint64_t seconds_for(const Jbig2Request& request, const unsigned char* bytes,
-                          std::size_t size) {
+Jbig2Allowance Jbig2Allowance::of(const Jbig2Request& request, const unsigned char* bytes,
+                                  std::size_t size) {
   // Beyond what a small file may declare, pixels need data.
-  constexpr std::uint64_t free_pixels = std::uint64_t{1} << 26;
-  const std::uint64_t most =
-      std::min(request.max_pixels, free_pixels + pixels_per_byte * std::uint64_t{size});
+  constexpr std::uint64_t free_pixels = std::uint64_t{1} << 23;
+  const std::uint64_t data = pixels_per_byte * std::uint64_t{size};
   std::uint64_t pixels = 0;
   for (std::size_t at = 0; at < size;) {
     const Jbig2Segment segment = read_segment(bytes + at, size - at);
     if (segment.is_page()) {
-      pixels = std::min(area(Fields(segment), 0), most);  // Of no known height: as many as may be.
+      pixels = area(Fields(segment), 0);  // Of no known height: as many as may be.
       break;
     }
     at += segment.bytes;
   }
-  return request.seconds_for(pixels);
+  pixels = std::min(pixels, request.max_pixels);
+
+  // The page, a region of its size and what is made on the way; and small things without number.
+  constexpr std::uint64_t free_bytes = std::uint64_t{96} << 20, bytes_per_byte = 128;
+  Jbig2Allowance allowance;
+  allowance.seconds = request.seconds_for(std::min(pixels, free_pixels + data));
+  const std::uint64_t page_bytes = std::min(pixels, blank_pixels + data) / 8;
+  allowance.bytes = std::min(request.max_bytes,
+                             free_bytes + 4 * page_bytes + bytes_per_byte * std::uint64_t{size});
+  return allowance;
 }

@@ -23,16 +23,22 @@ class Jbig2Budget {
     return free + per_byte * bytes_;
   }
   const char* refuses_page(const Jbig2Segment& segment);
-  bool is_bounded_dictionary(const Jbig2Segment& segment) const;
+  bool is_bounded_dictionary(const Jbig2Segment& segment);
   bool is_bounded_region(const Jbig2Segment& segment);
 
   Jbig2Request request_;
   std::uint64_t bytes_;
   std::uint64_t page_pixels_ = 0;
-  std::uint64_t region_pixels_ = 0;  ///< Of all regions so far.
+  std::uint64_t region_pixels_ = 0;   ///< Of all regions so far.
+  std::uint64_t pattern_pixels_ = 1;  ///< Of the largest pattern so far.
 };
 
-/// Seconds of the processor that the decoding of `size` bytes, the page's and its globals', may
-/// take.
-std::uint64_t seconds_for(const Jbig2Request& request, const unsigned char* bytes,
-                          std::size_t size);
+/// What the decoding of a page may take.
+struct Jbig2Allowance {
+  std::uint64_t seconds = 0;  ///< Of the processor.
+  std::uint64_t bytes = 0;    ///< Of memory at a time, the data aside.
+
+  /// For `size` bytes, the page's and its globals'.
+  static Jbig2Allowance of(const Jbig2Request& request, const unsigned char* bytes,
+                           std::size_t size);
+};

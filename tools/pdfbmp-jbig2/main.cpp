@@ -12,6 +12,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "tools/pdfbmp-jbig2/bounded_allocator.h"
 #include "tools/pdfbmp-jbig2/budget.h"
 #include "tools/pdfbmp-jbig2/confine.h"
 #include "tools/pdfbmp-jbig2/page.h"
@@ -116,9 +117,15 @@ int main() {
   Jbig2Problem problem;
   const Jbig2Image* page = nullptr;
   if (input.load(static_cast<std::size_t>(request.max_bytes))) {
-    set_timer(seconds_for(request, input.bytes, input.size));
-    page = decode_page(request, input.bytes, input.size, nullptr, problem);
+    const auto allowance = Jbig2Allowance::of(request, input.bytes, input.size);
+    BoundedAllocator allocator(static_cast<std::size_t>(allowance.bytes));
+    set_timer(allowance.seconds);
+    page = decode_page(request, input.bytes, input.size, &allocator, problem);
     set_timer(0);
+    if (allocator.ran_out) {
+      problem = Jbig2Problem();  // It weighs more than what followed from it.
+      problem.say("the JBIG2 data needs more memory than the limits allow");
+    }
   } else {
     problem.say("the JBIG2 data is larger than the limits allow");
   }
