@@ -7,7 +7,7 @@ namespace {
 
 // The dearest colours that honest files have take a second for about 2^20 pixels, blank pixels one
 // for 2^27. Pixels cost nothing in a file, so only as many count as its bytes may stand for.
-constexpr double dear_pixels = 1 << 20, dear_bytes = 1 << 16;
+constexpr double dear_pixels = 1 << 20, dear_bytes = 1 << 14;
 constexpr double plain_pixels = 1 << 27, plain_pixels_of_byte = 1 << 12;
 constexpr double least_plain_pixels = 1 << 30;
 

@@ -30,7 +30,11 @@ class CCITTStream : public CPDFWindowStream {
       : CPDFWindowStream(setup.report, (parms.columns + 7) / 8),
         bits_(std::move(input)),
         parms_(parms),
-        row_bytes_((parms.columns + 7) / 8) {}
+        row_bytes_((parms.columns + 7) / 8) {
+    // A row takes a bit at least, but data that another filter has blown up may be any length.
+    constexpr std::int64_t free_rows = std::int64_t{1} << 18, rows_of_a_byte = 1024;
+    if (setup.file_bytes > 0) most_rows_ = free_rows + rows_of_a_byte * setup.file_bytes;
+  }
   ~CCITTStream() override {
     KXFree(row_.changes);
     KXFree(above_.changes);
@@ -64,6 +68,11 @@ class CCITTStream : public CPDFWindowStream {
 
   bool next_row() {
     if (finished_ || (parms_.rows > 0 && rows_made_ == parms_.rows)) return false;
+    if (rows_made_ == most_rows_) {
+      finished_ = true;
+      note("the CCITT data has more rows than the limits allow");
+      return false;
+    }
     if (lost_rows_ > 0) {
       --lost_rows_;
       replace_row();
@@ -193,6 +202,7 @@ class CCITTStream : public CPDFWindowStream {
   CCITTRow row_;
   CCITTRow above_;
   std::int64_t rows_made_ = 0;
+  std::int64_t most_rows_ = -1;      // Negative where the data's length in the file is not known.
   std::int64_t rows_with_code_ = 0;  // That had an end-of-line code before them.
   std::int64_t damaged_rows_ = 0;
   std::int64_t lost_rows_ = 0;  // Still to be replaced before decoding goes on.

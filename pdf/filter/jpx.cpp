@@ -117,8 +117,8 @@ namespace pdfbmp {
 std::unique_ptr<CPDFStream> make_jpx(std::unique_ptr<CPDFStream> input,
                                      const CPDFFilterSetup& setup) {
   try {
-    auto tiles = std::make_unique<CPDFJpxCodestream>(std::move(input), setup.limits,
-                                                      setup.file_bytes);
+    auto tiles =
+        std::make_unique<CPDFJpxCodestream>(std::move(input), setup.limits, setup.file_bytes);
     if (tiles->read_header()) return std::make_unique<JPXStream>(std::move(tiles), setup);
     setup.report->note(tiles->problem());
   } catch (...) {
