@@ -189,7 +189,7 @@ TEST_F(Tool, VastPictureEndsWhereItsDataDoes) {
 TEST_F(Tool, TimeIsLimited) {
   std::string program = "{ pop ", ramp;
   for (int i = 0; i < 12000; ++i) program += "sin ";
-  for (int i = 0; i < 1 << 18; ++i) ramp += static_cast<char>(i * i >> 8);
+  for (unsigned i = 0; i < 1U << 18; ++i) ramp += static_cast<char>(i * i >> 8);
   PdfBuilder pdf;
   const int function = pdf.add_stream("/FunctionType 4 /Domain [0 1 0 1] /Range [0 1]", program + "}");
   const std::string space = "/ColorSpace [/DeviceN [/A /B] /DeviceGray " + PdfBuilder::ref(function) + "] /BitsPerComponent 8";

@@ -203,7 +203,8 @@ int add_dear_function(PdfBuilder& pdf, int inputs, int sines) {
 std::string dear_colours(int width, int height) {
   PdfBuilder pdf;
   std::string colours;
-  for (int i = 0; i < 2 * width * height; ++i) colours += static_cast<char>(i * i >> 8);
+  const auto samples = 2 * static_cast<unsigned>(width) * static_cast<unsigned>(height);
+  for (unsigned i = 0; i < samples; ++i) colours += static_cast<char>(i * i >> 8);
   const std::string space = "/ColorSpace [/DeviceN [/A /B] /DeviceGray " +
                             PdfBuilder::ref(add_dear_function(pdf, 2, 10'000)) + "]";
   pdf.add_page_with({pdf.add_image(
