@@ -59,6 +59,58 @@ std::string jpx(std::uint32_t width, std::uint32_t height, std::uint32_t tile) {
   return data.replace(24, 8, big_endian(tile, 4) + big_endian(tile, 4));
 }
 
+// A blank picture whose one tile is divided into precincts of 2 x 2, or code blocks of 4 x 4.
+std::string divided_jpx(std::uint32_t side, bool precincts) {
+  std::string data = jpx(side, side, side);
+  const std::size_t style = data.find("\xFF\x52");
+  const auto levels = static_cast<std::size_t>(data[style + 9]);
+  if (precincts) {
+    data[style + 4] = 1;
+    data[style + 3] = static_cast<char>(12 + levels + 1);
+    data.insert(style + 14, std::string(levels + 1, '\x11'));
+  } else {
+    data[style + 10] = data[style + 11] = 0;
+  }
+  return data;
+}
+
+// A halftone of patterns that lie one over the other.
+std::string halftone(std::uint32_t side) {
+  const auto square = [](std::uint32_t length) {
+    return big_endian(length, 4) + big_endian(length, 4);
+  };
+  const std::string patterns = "\1\xFF\xFF" + big_endian(1, 4) + std::string(64, '\xFF');
+  const std::string cells = square(2000) + square(0) + big_endian(0x01000100, 4);
+  return encoders::jbig2_page(side, side) + jbig2_segment(2, 16, 1, patterns) +
+         jbig2_segment(
+             3, 22, 1,
+             encoders::jbig2_region(side, side, 0) + '\1' + cells + std::string(600, '\xFF'),
+             "\2") +
+         jbig2_segment(4, 49, 1, "");
+}
+
+// Pattern dictionaries of 1,000 patterns each, side by side in bitmaps of a few bytes of data.
+std::string many_patterns() {
+  std::string page = encoders::jbig2_page(64, 64);
+  for (std::uint32_t i = 2; i < 100; ++i) {
+    const std::string patterns = "\1\xFF\xFF" + big_endian(1000, 4) + std::string(64, '\xFF');
+    page += jbig2_segment(i, 16, 1, patterns);
+  }
+  return page;
+}
+
+// A page of unknown height that a stripe makes very high.
+std::string high_stripe() {
+  const std::string columns = big_endian(8192, 4), unknown = big_endian(0xFFFFFFFF, 4);
+  const std::string striped = std::string(9, '\0') + "\xFF\xFF";
+  return jbig2_segment(1, 48, 1, columns + unknown + striped) +
+         jbig2_segment(2, 38, 1,
+                       encoders::jbig2_region(8192, 999, 0) + '\1' + std::string(999, '\xFF')) +
+         jbig2_segment(3, 50, 1, big_endian(0x3FFFFFFF, 4)) +
+         jbig2_segment(4, 38, 1,
+                       encoders::jbig2_region(64, 64, 1 << 20) + '\1' + std::string(99, '\0'));
+}
+
 // A page with one region of MMR data on it.
 std::string jbig2(std::uint32_t width, std::uint32_t height, const std::string& fax) {
   std::string page = encoders::jbig2_page(width, height);
@@ -310,7 +362,7 @@ std::vector<LimitCase> bombs() {
        }},
       {"DCT: declared size", 1, "",
        [=] { return file_with(65500, 16000, dct, jpeg(64, 64, false, 65500, 16000)); }},
-      {"DCT: declared size, progressive", 1, "",
+      {"DCT: declared size, progressive", 1, "more memory than the limits",
        [=] { return file_with(22000, 22000, dct, jpeg(64, 64, true, 22000, 22000)); }},
       {"DCT: 1,000 scans", 1, "more scans",
        [=] { return file_with(512, 512, dct, many_scans(512)); }},
@@ -322,6 +374,10 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(8, 8, jp2, jpx(0x7FFFFFFF, 0x7FFFFFFF, 1000)); }},
       {"JPX: tiles", 1, "more tiles than",
        [=] { return file_with(30000, 30000, jp2, jpx(30000, 30000, 120)); }},
+      {"JPX: precincts", 1, "divided more finely than the limits",
+       [=] { return file_with(4000, 4000, jp2, divided_jpx(4000, true)); }},
+      {"JPX: code blocks", 1, "divided more finely than the limits",
+       [=] { return file_with(4000, 4000, jp2, divided_jpx(4000, false)); }},
       {"JBIG2: declared size", 0, "",
        [=] { return file_with(32000, 32000, jb2, jbig2(32000, 32000, "")); }},
       {"JBIG2: vast size", 1, "limits",
@@ -336,6 +392,12 @@ std::vector<LimitCase> bombs() {
          const std::string blank("\6\2\xFF\0\0", 5);
          return file_with(999, 999, jb2, jbig2_regions(38, 999, 1000, blank));
        }},
+      {"JBIG2: a halftone of patterns", 1, "more regions than the limits",
+       [=] { return file_with(8000, 8000, jb2, halftone(8000)); }},
+      {"JBIG2: dictionaries of patterns", 1, "more memory than the limits",
+       [=] { return file_with(64, 64, jb2, many_patterns()); }},
+      {"JBIG2: a high stripe", 1, "more memory than the limits",
+       [=] { return file_with(8192, 100, jb2, high_stripe()); }},
       {"Flate: two levels", 1, expands,
        [=] { return file_with(32000, 32000, gray + flates(2), nested_zeros(300, 2)); }},
       {"Flate: two levels of blanks", 1, expands,
@@ -360,6 +422,13 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(8, 8, gray + flates(17), "x"); }},
       {"Flate, CCITT: fill bits", 1, "",
        [=] { return file_with(8, 8, bits + flates(2, "/CCITTFaxDecode"), nested_zeros(300, 2)); }},
+      {"Flate, CCITT: rows", 1, "more rows than the limits",
+       [=] {
+         return file_with(1, 1 << 29,
+                          bits + flates(2, "/CCITTFaxDecode") +
+                              "/DecodeParms [null null << /K -1 /Columns 1 >>]",
+                          nested_zeros(64, 2, '\xFF'));
+       }},
       {"Flate, DCT: nothing but junk", 1, "",
        [=] { return file_with(8, 8, gray + flates(2, "/DCTDecode"), nested_zeros(300, 2)); }},
       {"content: operators", 0, "", [] { return with_content("q Q ", 16 << 20); }},
