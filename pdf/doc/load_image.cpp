@@ -51,6 +51,13 @@ std::int64_t pixels_of(const CPDFImage* image) {
 void measure_all(CPDFLoadedImage& loaded, pdfbmp::ImageTime& time,
                  const std::shared_ptr<CPDFWorkClock>& clock) {
   CPDFImage& image = *loaded.image;
+  // Where pixels are dear, the clock is looked at after each row. The colour space of a JPEG 2000
+  // image may still be exchanged.
+  constexpr std::int64_t dear_work = 256, many_steps = 1 << 16;
+  constexpr int jpx = 9;
+  const bool is_jpx = image.stream != nullptr && image.stream->kind == jpx;
+  const bool is_dear = is_jpx || pdfbmp::pixel_work(image.cs) >= dear_work;
+  clock->look_every(is_dear ? 0 : many_steps);
   time.allow(*clock, std::max({pixels_of(&image), pixels_of(image.mask), pixels_of(image.smask)}));
   loaded.report = measure(&image, clock);
   loaded.mask_report = measure(image.mask, clock);
@@ -87,15 +94,10 @@ bool has_long_rows(const CPDFImage* image, const CPDFFilterLimits& limits) {
          has_long_rows(image->mask, limits) || has_long_rows(image->smask, limits);
 }
 
-/// Of one row of an image or a mask, the most steps of work of its colour space.
-constexpr std::int64_t max_row_work = std::int64_t{1} << 28;
-
 bool has_dear_rows(const CPDFImage* image) {
   if (image == nullptr) return false;
-  const auto* space = dynamic_cast<const CPDFCSParsed*>(image->cs);
-  const std::int64_t work = space != nullptr ? space->work() : 1;
-  return image->width > max_row_work / work || has_dear_rows(image->mask) ||
-         has_dear_rows(image->smask);
+  return image->width > pdfbmp::max_row_work / pdfbmp::pixel_work(image->cs) ||
+         has_dear_rows(image->mask) || has_dear_rows(image->smask);
 }
 
 std::string find_problem(const CPDFImage& image, const CPDFDictionary& dict, const CPDFObj* space,

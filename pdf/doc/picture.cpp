@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "pdf/cs/parsed/families.h"
+#include "pdf/cs/parsed/parsed_space.h"
 #include "pdf/cs/rows.h"
 #include "pdf/doc/color_rows.h"
 #include "pdf/doc/decode_array.h"
@@ -178,6 +179,7 @@ void restore_device_n(CPDFImage& image) {
   std::unique_ptr<CPDFCSBase> own(CPDFCSBase::parser_cs(entry, image.xref));
   if (own == nullptr || own->family != PDF_CS_DEVICE_N) return;
   if (own->comp_count == image.cs->comp_count ||
+      image.width > pdfbmp::max_row_work / pdfbmp::pixel_work(own.get()) ||
       !pdfbmp::deliver_all_channels(*image.stream, own->comp_count)) {
     return;
   }

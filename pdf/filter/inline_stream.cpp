@@ -42,6 +42,7 @@ CPDFStream* CPDFStream::make_inline_stream(unsigned char* data, int len, const c
   if (entry == nullptr) return nullptr;
   CPDFFilterSetup setup;
   setup.parms = parms;
+  setup.file_bytes = len;
   try {
     setup.report = std::make_shared<CPDFDecodeReport>();
   } catch (...) {

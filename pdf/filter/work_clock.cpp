@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr std::int64_t steps_between = 4096;
-
 double thread_seconds() {
   timespec now = {};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -30,5 +28,5 @@ void CPDFWorkClock::look() {
   if (thread_ == this_thread()) used_ += std::max(now - last_, 0.0);
   thread_ = this_thread();
   last_ = now;
-  steps_to_look_ = steps_between;
+  steps_to_look_ = interval_;
 }

@@ -13,8 +13,10 @@ class CPDFWorkClock {
 
   void allow(double seconds) { allowed_ = seconds; }
 
-  /// Counts so many steps of work, and looks at the time after each few thousand: asking the system
-  /// takes about a microsecond. Whether the time is over, as of the last look.
+  /// Sets after how many steps the time is looked at: asking the system takes about a microsecond.
+  void look_every(std::int64_t steps) { steps_to_look_ = interval_ = steps; }
+
+  /// Counts so many steps of work. Whether the time is over, as of the last look.
   bool is_over(std::int64_t steps) {
     steps_to_look_ -= steps;
     if (steps_to_look_ < 0) look();
@@ -33,5 +35,6 @@ class CPDFWorkClock {
   double used_ = 0;
   double last_ = 0;               ///< The thread's clock at the last look.
   const void* thread_ = nullptr;  ///< The one that looked.
+  std::int64_t interval_ = 4096;
   std::int64_t steps_to_look_ = 0;
 };

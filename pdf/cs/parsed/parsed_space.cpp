@@ -135,6 +135,11 @@ void CPDFCSParsed::batch_gray(unsigned char* dst, const unsigned char* src, int 
   for (int i = 0; i < pixels; ++i, dst += 2, src += comp_count) convert_gray(dst, src, 1);
 }
 
+std::int64_t pdfbmp::pixel_work(const CPDFCSBase* space) {
+  const auto* parsed = dynamic_cast<const CPDFCSParsed*>(space);
+  return parsed == nullptr ? 1 : parsed->work();
+}
+
 CPDFCSRange pdfbmp::range_of(const CPDFCSBase& space, int component) {
   const auto* parsed = dynamic_cast<const CPDFCSParsed*>(&space);
   return parsed == nullptr ? CPDFCSRange{} : parsed->range_of(component);

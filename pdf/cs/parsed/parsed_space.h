@@ -69,6 +69,12 @@ class CPDFCSParsed : public CPDFCSBase {
 
 namespace pdfbmp {
 
+/// The most that converting a pixel takes in any colour space, as CPDFCSParsed::work().
+std::int64_t pixel_work(const CPDFCSBase* space);
+
+/// What the conversion of one row of an image may take: time is looked at between rows.
+constexpr std::int64_t max_row_work = std::int64_t{1} << 28;
+
 /// The range of a component of any colour space but Indexed.
 CPDFCSRange range_of(const CPDFCSBase& space, int component);
 
