@@ -353,6 +353,11 @@ std::vector<LimitCase> bombs() {
          return file_with(32000, 32000, "/ImageMask true /BitsPerComponent 1",
                           std::string(4000, 'x'));
        }},
+      {"dictionary: one row of a gray bitmap",
+       1,
+       "bitmap-bytes",
+       [] { return file_with(32000, 32000, gray, std::string(32000, 'x')); },
+       {"--kind", "gray"}},
       {"mask: one row arrives", 1, "ends early",
        [] {
          PdfBuilder pdf;

@@ -115,6 +115,7 @@ void extract(CPDFDocument& document, const CPDFFoundImage& found, const std::str
     // The height stands before the rows, so all is made once more.
     file.reset();
     file = output.create(result.name, result.error);
+    picture = Picture();  // What it holds goes before the new one comes.
     picture = open_picture(document, found, options);
     result.error = picture.problem;
     if (picture.reader == nullptr) return;

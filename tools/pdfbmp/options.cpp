@@ -64,6 +64,7 @@ constexpr LimitName limit_names[] = {
     {"nesting", nullptr, &CPDFFilterLimits::max_nesting},
     {"image-seconds", nullptr, &CPDFFilterLimits::max_image_seconds},
     {"search-seconds", nullptr, &CPDFFilterLimits::max_search_seconds},
+    {"bitmap-bytes", nullptr, nullptr, &Options::max_bitmap_bytes},
     {"blank-pixels", nullptr, nullptr, &Options::max_blank_pixels},
 };
 

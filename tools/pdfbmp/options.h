@@ -32,7 +32,8 @@ struct Options {
   int min_width = 0, min_height = 0;  ///< Images below either are left out.
   std::string password;
   CPDFFilterLimits limits = limits_of_the_tool();
-  std::int64_t max_blank_pixels = std::int64_t{1} << 26;  ///< Written below what arrived.
+  std::int64_t max_bitmap_bytes = std::int64_t{240} << 20;  ///< Of what is made whole in memory.
+  std::int64_t max_blank_pixels = std::int64_t{1} << 26;    ///< Written below what arrived.
   std::int64_t max_memory = std::int64_t{2} << 30;  ///< Bytes of the process, threads' own aside.
   bool json = false;
   bool quiet = false;

@@ -6,6 +6,7 @@
 
 #include "pdf/doc/bitmap_reader.h"
 #include "pdf/doc/picture.h"
+#include "pdf/image/decode/scale.h"
 #include "pdf/image/image.h"
 
 namespace {
@@ -82,6 +83,32 @@ std::unique_ptr<CPDFRasterReader> open_reader(Picture& picture, const CPDFFoundI
   return nullptr;
 }
 
+// Bytes of the bitmap that a request makes in memory; pictures are made row by row.
+std::int64_t bitmap_bytes(PictureKind kind, const CPDFImage& image) {
+  using image_decoding::Scale;
+  const std::int64_t pixels = std::int64_t{image.width} * image.height;
+  Scale scale = Scale::full;
+  int pixel_bytes = 1;
+  switch (kind) {
+    case PictureKind::automatic:
+      return 0;
+    case PictureKind::color:
+      scale = image_decoding::scale_of(pixels, false);
+      pixel_bytes = 4;
+      break;
+    case PictureKind::gray:
+      pixel_bytes = 2;
+      break;
+    case PictureKind::mask:
+      break;
+    case PictureKind::mono:
+      if (pixels > 1 << 26) scale = Scale::quarter;
+      break;
+  }
+  const std::int64_t row = std::int64_t{scaled(image.width, scale)} * pixel_bytes;
+  return (row + 3) / 4 * 4 * scaled(image.height, scale);
+}
+
 std::string why_not(const CPDFLoadedImage& loaded) {
   if (!loaded.problem.empty()) return loaded.problem;
   if (loaded.report != nullptr && !loaded.report->problem.empty()) return loaded.report->problem;
@@ -132,6 +159,11 @@ Picture open_picture(CPDFDocument& document, const CPDFFoundImage& found, const 
   if (picture.passed_over) return picture;
   if (!picture.loaded.problem.empty() || image->width < 1 || image->height < 1) {
     picture.problem = picture.loaded.problem.empty() ? "it has no size" : picture.loaded.problem;
+    return picture;
+  }
+
+  if (bitmap_bytes(options.kind, *image) > options.max_bitmap_bytes) {
+    picture.problem = "its bitmap has more bytes than --limit bitmap-bytes allows";
     return picture;
   }
 
