@@ -212,7 +212,7 @@ class Walk {
   }
 
   void show_glyph(unsigned char code) {
-    if (state_.font == nullptr) return;
+    if (state_.font == nullptr || scene_.is_over()) return;
     const int target = state_.font->glyph(scene_, code);
     if (target >= 0) {
       const CPDFMatrix sized = {state_.size * state_.scale, 0, 0, state_.size, 0, state_.rise};

@@ -59,17 +59,12 @@ class Finder {
     marks_.resize(scene_.nodes().size());
     uses_.resize(scene_.images().size());
     page_ = number;
-    is_cut_ = budget_.is_over();
-    if (is_cut_) budget_.give_grace();
     // What is painted comes first; then what only stands in the resources.
     collect_drawn(root);
     collect_listed(root);
     steps_ = 0;
     follow(root, {});
   }
-
-  /// Whether the time was over on the last page.
-  bool is_cut() const { return is_cut_; }
 
   std::vector<CPDFFoundImage> finish() {
     std::vector<std::size_t> order;
@@ -220,7 +215,6 @@ class Finder {
   std::vector<Use> uses_;    ///< An image's.
   std::map<std::size_t, std::vector<std::size_t>> masks_of_;
   std::map<std::size_t, int> is_mask_;  ///< The first image's object; 0 once it is put out.
-  bool is_cut_ = false;
   int page_ = 0;
   int steps_ = 0;
   std::size_t order_ = 0;
@@ -235,7 +229,7 @@ std::vector<CPDFFoundImage> walk_images(CPDFObjectTable& table,
                                         const std::vector<QPDFObjectHandle>& pages, int first,
                                         int last, SearchBudget& budget) {
   Finder finder(table, budget);
-  for (int page = first; page <= last && !finder.is_cut(); ++page) {
+  for (int page = first; page <= last && !budget.is_in_grace(); ++page) {
     try {
       finder.add_page(pages[static_cast<std::size_t>(page) - 1], page);
     } catch (const std::bad_alloc&) {

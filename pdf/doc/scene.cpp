@@ -110,7 +110,6 @@ void Scene::add_edge(SceneNode& node, const SceneEdge& edge) {
     if (height > max_height) return;
     node.height = std::max(node.height, height);
   }
-  if (budget_.is_over()) return;
   if (edge_count_ >= max_edges) {
     // As many steps as there are edges to be looked at.
     if (budget_.is_over(static_cast<std::int64_t>(node.edges.size() >> 8))) return;
@@ -317,6 +316,8 @@ int Scene::add_page(QPDFObjectHandle page) {
   for (const QPDFObjectHandle& stream : streams) key += " " + identity_of(stream);
   const int content = read(node_of(key + " in " + resources.identity, streams, resources, true));
 
+  if (budget_.is_over()) budget_.give_grace();
+
   const int index = static_cast<int>(nodes_.size());
   SceneNode& node = nodes_.emplace_back();
   node.state = SceneNode::State::read;
@@ -327,6 +328,7 @@ int Scene::add_page(QPDFObjectHandle page) {
     unread_.pop_back();
     read(listed);
   }
+  if (budget_.is_over()) budget_.give_grace();
   return index;
 }
 

@@ -82,7 +82,7 @@ class Scene {
 
   /// Whether the search ends: an image was left out because there are as many as the limits allow,
   /// or the time is over.
-  bool is_over() { return is_full_ || budget_.is_over(); }
+  bool is_over() { return is_full_ || budget_.is_in_grace() || budget_.is_over(); }
 
   /// Adds an edge while there is room for more; the first to a target always finds some.
   void add_edge(SceneNode& node, const SceneEdge& edge);

@@ -31,7 +31,11 @@ bool SearchBudget::is_over(std::int64_t steps) {
   return true;
 }
 
-void SearchBudget::give_grace() { clock_.allow(1.25 * seconds_); }
+void SearchBudget::give_grace() {
+  if (is_in_grace_) return;
+  is_in_grace_ = true;
+  clock_.allow(clock_.used_seconds() + seconds_ / 4);
+}
 
 std::int64_t SearchBudget::content_left() {
   if (content_ <= 0) content_is_cut();

@@ -21,8 +21,10 @@ class SearchBudget {
   /// Counts so many steps of work, each about a microsecond; true when the time is over.
   bool is_over(std::int64_t steps = 1);
 
-  /// A little more time, once, to make use of what was found when the time was over.
+  /// A little more time to make use of what was found when the time was over. Nothing is read any
+  /// more from then on.
   void give_grace();
+  bool is_in_grace() const { return is_in_grace_; }
 
   CPDFWorkClock& clock() { return clock_; }
 
@@ -44,6 +46,7 @@ class SearchBudget {
   std::int64_t nodes_ = 0;
   ObjectBound most_nodes_;
   double seconds_;
+  bool is_in_grace_ = false;
   CPDFWorkClock clock_;
   std::set<std::string> told_;
 };

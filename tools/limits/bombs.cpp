@@ -63,11 +63,11 @@ std::string jpx(std::uint32_t width, std::uint32_t height, std::uint32_t tile) {
 std::string divided_jpx(std::uint32_t side, bool precincts) {
   std::string data = jpx(side, side, side);
   const std::size_t style = data.find("\xFF\x52");
-  const auto levels = static_cast<std::size_t>(data[style + 9]);
+  const auto levels = static_cast<unsigned char>(data[style + 9]);
   if (precincts) {
     data[style + 4] = 1;
     data[style + 3] = static_cast<char>(12 + levels + 1);
-    data.insert(style + 14, std::string(levels + 1, '\x11'));
+    data.insert(style + 14, std::string(levels + 1U, '\x11'));
   } else {
     data[style + 10] = data[style + 11] = 0;
   }
