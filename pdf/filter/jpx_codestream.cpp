@@ -12,6 +12,16 @@ namespace {
 
 // A codec of this kind can say much in few bytes, but no picture of this size in so few.
 constexpr std::int64_t free_bytes = std::int64_t{96} << 20, most_expansion = 16384;
+// A blank page of 300 dpi in RGB is a few hundred bytes.
+constexpr std::int64_t free_samples = std::int64_t{112} << 20;
+
+// Markers of segments that OpenJPEG reads or passes over by their length.
+bool is_known(std::uint32_t marker) {
+  constexpr unsigned char known[] = {0x50, 0x51, 0x52, 0x53, 0x55, 0x57, 0x58,
+                                     0x59, 0x5C, 0x5D, 0x5E, 0x5F, 0x60, 0x61,
+                                     0x63, 0x64, 0x74, 0x75, 0x77, 0x78, 0x90};
+  return std::find(std::begin(known), std::end(known), marker & 0xFF) != std::end(known);
+}
 
 // The encoded bytes as OpenJPEG reads them, with an end marker after them, which it insists on.
 struct Reader {
@@ -167,7 +177,7 @@ bool CPDFJpxCodestream::check_limits() {
     say("the JPEG 2000 image declares more tiles than its data can hold");
   } else if (held + records > limits_.max_codec_bytes) {
     say("the JPEG 2000 image needs more memory at a time than the limits allow");
-  } else if (held > free_bytes && held / most_expansion > size) {
+  } else if (held > free_samples && held / most_expansion > size) {
     say("the JPEG 2000 image declares a size beyond the limits for so little data");
   } else {
     return true;
@@ -179,7 +189,7 @@ bool CPDFJpxCodestream::check_limits() {
 // that it passes over; so it is found out before where the data breaks off.
 void CPDFJpxCodestream::find_end() {
   constexpr std::uint32_t part_start = 0xFF90, part_data = 0xFF93, end_marker = 0xFFD9;
-  constexpr std::uint32_t coding_style = 0xFF52, component_style = 0xFF53;
+  constexpr std::uint32_t coding_style = 0xFF52, component_style = 0xFF53, comment = 0xFF64;
   const std::int64_t base = header_.codestream;
   const std::int64_t size = bytes_.size() - base;
   const auto number = [&](std::int64_t at, int count) { return bytes_.number(base + at, count); };
@@ -223,6 +233,9 @@ void CPDFJpxCodestream::find_end() {
       if (is_start) part = at;
       if (marker == coding_style || marker == component_style) {
         structure_.add(bytes_, base + at, header_);
+      } else if (marker >> 8 == 0xFF && !is_known(marker)) {
+        // In such a segment OpenJPEG looks for markers; a comment it passes over, as is done here.
+        bytes_.put_number(base + at, comment << 16 | number(at + 2, 2));
       }
       at += 2 + number(at + 2, 2);
     }

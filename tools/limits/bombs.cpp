@@ -499,6 +499,12 @@ std::vector<LimitCase> large_files() {
       {"fax of 26 MB", 0, "", [] { return fax_file(10000, 12000, fax(10000, 800, 15, true)); }},
       {"fax of 24,688 x 14,400", 0, "",
        [] { return fax_file(24688, 14400, fax(24688, 144, 100, false)); }},
+      {"JPX of a blank page", 0, "",
+       [] {
+         return file_with(
+             2480, 3508, "/ColorSpace /DeviceRGB /Filter /JPXDecode",
+             encoders::encode_jpx({{{}, {}, {}}, 2480, 3508}, [](int, int, int) { return 255; }));
+       }},
       {"JBIG2 of 400 megapixels", 0, "",
        [] {
          return file_with(20000, 20000, bits + "/Filter /JBIG2Decode",

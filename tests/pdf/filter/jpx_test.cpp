@@ -137,6 +137,15 @@ TEST(JPX, LumaAndChromaBecomeRGB) {
   }
 }
 
+TEST(JPX, SegmentsOfUnknownKindAreNotSearchedForMarkers) {
+  const std::string plain = encode({{{}}});
+  std::string changed = plain;
+  changed.insert(plain.find("\xFF\x5C"), std::string("\xFF\x7B\0\x10\xFF\x52\0\x0C\0\0\0\1\0\0\4\4\0\1", 18));
+  const Decoded decoded = decode_jpx(changed);
+  EXPECT_EQ(decoded.bytes, decode_jpx(plain).bytes);
+  EXPECT_FALSE(decoded.report.damaged) << decoded.report.problem;
+}
+
 // Of one tile that is cut the coarse parts are shown.
 TEST(JPX, CutDataGivesWhatDecodes) {
   const std::string whole = encode({{{}, {}, {}}, 64, 64});
