@@ -143,14 +143,16 @@ std::int64_t CPDFJpxCodestream::plausible_size() const {
   return file_bytes_ > 0 ? std::min(size, 2 * file_bytes_ + 1024) : size;
 }
 
-// What it takes for the parts of a tile, used or not. Every precinct has a packet, of a byte at
-// least; code blocks come at no cost where they are empty.
+// What it takes for the parts of a tile, used or not. Every precinct has a packet in each layer, of
+// a byte at least; code blocks come at no cost where they are empty.
 bool CPDFJpxCodestream::check_records() {
   constexpr double precinct_record = 1024, block_record = 768, free_precincts = 65'536;
+  constexpr double free_packets = 1 << 22;
   const auto size = static_cast<double>(plausible_size());
   const double precincts = structure_.precincts();
   const double held = precincts * precinct_record + structure_.code_blocks() * block_record;
   const bool fits = precincts <= free_precincts + size &&
+                    structure_.packets() <= free_packets + size &&
                     held <= static_cast<double>(limits_.max_codec_bytes) &&
                     held <= std::max<double>(free_bytes, most_expansion * size);
   if (!fits) say("the JPEG 2000 image is divided more finely than the limits allow");

@@ -49,6 +49,8 @@ void CPDFJpxStructure::add(CPDFLoadedBytes& bytes, std::int64_t at, const CPDFJp
     end = std::min(first + 1, end);
     flags += size;
     fields = flags + 1;
+  } else {
+    layers_ = std::max<double>(layers_, bytes.number(at + 6, 2));
   }
   const Style style = read_style(bytes, flags, fields);
   for (std::size_t k = first; k < end && added_++ < most_added; ++k) {

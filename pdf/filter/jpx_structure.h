@@ -16,6 +16,7 @@ class CPDFJpxStructure {
   // Of one tile, more or less; infinite where there are too many styles to be added.
   double precincts() const;
   double code_blocks() const;
+  double packets() const { return precincts() * layers_; }  ///< One of a precinct for each layer.
 
  private:
   struct Parts {
@@ -23,4 +24,5 @@ class CPDFJpxStructure {
   };
   std::vector<Parts> components_;
   std::int64_t added_ = 0;
+  double layers_ = 1;
 };

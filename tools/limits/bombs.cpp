@@ -59,6 +59,17 @@ std::string jpx(std::uint32_t width, std::uint32_t height, std::uint32_t tile) {
   return data.replace(24, 8, big_endian(tile, 4) + big_endian(tile, 4));
 }
 
+// A blank picture of 65,535 layers in precincts of 64 x 64.
+std::string layered_jpx(std::uint32_t side) {
+  std::string data = jpx(side, side, side);
+  const std::size_t style = data.find("\xFF\x52");
+  const auto levels = static_cast<unsigned char>(data[style + 9]);
+  data[style + 4] = 1;
+  data[style + 3] = static_cast<char>(12 + levels + 1);
+  data[style + 6] = data[style + 7] = '\xFF';
+  return data.insert(style + 14, std::string(levels + 1U, '\x66'));
+}
+
 // A blank picture whose one tile is divided into precincts of 2 x 2, or code blocks of 4 x 4.
 std::string divided_jpx(std::uint32_t side, bool precincts) {
   std::string data = jpx(side, side, side);
@@ -381,6 +392,8 @@ std::vector<LimitCase> bombs() {
        [=] { return file_with(30000, 30000, jp2, jpx(30000, 30000, 120)); }},
       {"JPX: precincts", 1, "divided more finely than the limits",
        [=] { return file_with(4000, 4000, jp2, divided_jpx(4000, true)); }},
+      {"JPX: layers", 1, "divided more finely than the limits",
+       [=] { return file_with(2400, 2400, jp2, layered_jpx(2400)); }},
       {"JPX: code blocks", 1, "divided more finely than the limits",
        [=] { return file_with(4000, 4000, jp2, divided_jpx(4000, false)); }},
       {"JBIG2: declared size", 0, "",
