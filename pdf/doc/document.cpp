@@ -32,7 +32,9 @@ class QpdfDocument final : public CPDFDocument {
         table_(std::move(file.qpdf), std::move(source), file.base, limits) {}
 
   void find_pages() {
-    guarded([&] { pages_ = pdfbmp::list_pages(table_); });
+    guarded([&] {
+      pages_ = pdfbmp::list_pages(table_, pdfbmp::search_clock(table_.limits(), file_bytes_));
+    });
   }
 
   int page_count() const override { return static_cast<int>(pages_.size()); }

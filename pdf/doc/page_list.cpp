@@ -9,13 +9,16 @@ namespace {
 
 constexpr int max_tree_depth = 100;
 constexpr std::int64_t visits_per_object = 4;
+constexpr std::int64_t steps_of_object = 1024;  ///< Of the clock: one can be slow to read.
 
 class PageTree {
  public:
-  explicit PageTree(CPDFObjectTable& table) : most_visits_(table, visits_per_object) {}
+  PageTree(CPDFObjectTable& table, CPDFWorkClock& clock)
+      : most_visits_(table, visits_per_object), clock_(clock) {}
 
   void add(QPDFObjectHandle node, int depth) {
-    if (!most_visits_.holds(++visits_) || !node.isDictionary()) return;
+    ++visits_;
+    if (is_cut() || !node.isDictionary()) return;
     QPDFObjectHandle kids = node.getKey("/Kids");
     if (!kids.isArray()) {
       if (depth > 0 || node.hasKey("/Contents")) pages.push_back(node);
@@ -31,12 +34,13 @@ class PageTree {
     if (indirect) above_.erase(node.getObjGen());
   }
 
-  bool is_cut() { return !most_visits_.holds(visits_); }
+  bool is_cut() { return !most_visits_.holds(visits_) || clock_.is_over(steps_of_object); }
 
   std::vector<QPDFObjectHandle> pages;
 
  private:
   pdfbmp::ObjectBound most_visits_;
+  CPDFWorkClock& clock_;
   std::int64_t visits_ = 0;
   std::set<QPDFObjGen> above_;  ///< Nodes over the one at hand: none of them is its descendant.
 };
@@ -45,15 +49,20 @@ class PageTree {
 
 namespace pdfbmp {
 
-std::vector<QPDFObjectHandle> list_pages(CPDFObjectTable& table) {
-  PageTree tree(table);
+std::vector<QPDFObjectHandle> list_pages(CPDFObjectTable& table, CPDFWorkClock clock) {
+  PageTree tree(table, clock);
   tree.add(table.qpdf().getRoot().getKey("/Pages"), 0);
   if (tree.is_cut()) {
-    table.add_warning("the page tree is larger than the limits allow: not all pages are used");
+    table.add_warning(
+        clock.is_over(0)
+            ? "the page tree takes longer than the limits allow: not all pages are used"
+            : "the page tree is larger than the limits allow: not all pages are used");
   }
   if (!tree.pages.empty()) return std::move(tree.pages);
   std::vector<QPDFObjectHandle> pages;
-  for (QPDFObjectHandle& object : table.qpdf().getAllObjects()) {
+  for (const auto& entry : table.qpdf().getXRefTable()) {
+    if (clock.is_over(steps_of_object)) break;
+    QPDFObjectHandle object = table.qpdf().getObject(entry.first);
     if (object.isDictionaryOfType("/Page")) pages.push_back(object);
   }
   return pages;

@@ -16,14 +16,17 @@ constexpr std::int64_t max_page_notes = 4'000'000;  ///< Pairs of a page and an 
 
 namespace pdfbmp {
 
+CPDFWorkClock search_clock(const CPDFFilterLimits& limits, std::int64_t file_bytes) {
+  return CPDFWorkClock(static_cast<double>(limits.max_search_seconds) *
+                       static_cast<double>(1 + (file_bytes >> 20)));
+}
+
 SearchBudget::SearchBudget(CPDFObjectTable& table, std::int64_t file_bytes)
     : table_(table),
       content_(std::max(table.limits().max_content_bytes, content_per_file_byte * file_bytes)),
       page_notes_(max_page_notes),
       most_nodes_(table, nodes_per_object),
-      seconds_(static_cast<double>(table.limits().max_search_seconds) *
-               static_cast<double>(1 + (file_bytes >> 20))),
-      clock_(seconds_) {}
+      clock_(search_clock(table.limits(), file_bytes)) {}
 
 bool SearchBudget::is_over(std::int64_t steps) {
   if (!clock_.is_over(steps)) return false;
@@ -34,7 +37,7 @@ bool SearchBudget::is_over(std::int64_t steps) {
 void SearchBudget::give_grace() {
   if (is_in_grace_) return;
   is_in_grace_ = true;
-  clock_.allow(clock_.used_seconds() + seconds_ / 4);
+  clock_.allow(clock_.used_seconds() + clock_.allowed_seconds() / 4);
 }
 
 std::int64_t SearchBudget::content_left() {

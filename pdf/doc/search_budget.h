@@ -11,6 +11,9 @@
 
 namespace pdfbmp {
 
+/// The clock of a search for pages or images, from now on.
+CPDFWorkClock search_clock(const CPDFFilterLimits& limits, std::int64_t file_bytes);
+
 /// What one search for images may still cost. A file can make everything it holds count for many
 /// pages, forms and images, so nothing that grows with their product goes unbounded. What does not
 /// fit any more is told once, as a warning, and left out.
@@ -45,7 +48,6 @@ class SearchBudget {
   std::int64_t content_, page_notes_;
   std::int64_t nodes_ = 0;
   ObjectBound most_nodes_;
-  double seconds_;
   bool is_in_grace_ = false;
   CPDFWorkClock clock_;
   std::set<std::string> told_;

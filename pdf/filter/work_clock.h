@@ -12,6 +12,7 @@ class CPDFWorkClock {
   explicit CPDFWorkClock(double allowed_seconds);
 
   void allow(double seconds) { allowed_ = seconds; }
+  double allowed_seconds() const { return allowed_; }
 
   /// Sets after how many steps the time is looked at: asking the system takes about a microsecond.
   void look_every(std::int64_t steps) { steps_to_look_ = interval_ = steps; }
