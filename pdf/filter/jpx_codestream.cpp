@@ -10,10 +10,9 @@
 
 namespace {
 
-// A codec of this kind can say much in few bytes, but no picture of this size in so few.
-constexpr std::int64_t free_bytes = std::int64_t{96} << 20, most_expansion = 16384;
-// A blank page of 300 dpi in RGB is a few hundred bytes.
-constexpr std::int64_t free_samples = std::int64_t{112} << 20;
+// A codec of this kind can say much in few bytes, but no picture of this size in so few: a blank
+// page of A4 at 400 pixels an inch in three colours is free.
+constexpr std::int64_t free_bytes = std::int64_t{192} << 20, most_expansion = 16384;
 
 // Markers of segments that OpenJPEG reads or passes over by their length.
 bool is_known(std::uint32_t marker) {
@@ -150,7 +149,8 @@ bool CPDFJpxCodestream::check_records() {
   constexpr double free_packets = 1 << 22;
   const auto size = static_cast<double>(plausible_size());
   const double precincts = structure_.precincts();
-  const double held = precincts * precinct_record + structure_.code_blocks() * block_record;
+  const double held = static_cast<double>(row_bytes_) + precincts * precinct_record +
+                      structure_.code_blocks() * block_record;
   const bool fits = precincts <= free_precincts + size &&
                     structure_.packets() <= free_packets + size &&
                     held <= static_cast<double>(limits_.max_codec_bytes) &&
@@ -171,15 +171,15 @@ bool CPDFJpxCodestream::check_limits() {
   }
   constexpr std::int64_t tile_record = 8 * 1024, component_record = 2 * 1024;
   constexpr std::int64_t least_tile = 14;  // Bytes of a tile with nothing in it.
-  constexpr std::int64_t most_records = 256;
+  constexpr std::int64_t free_records = std::int64_t{96} << 20, most_records = 256;
   const std::int64_t size = plausible_size();
   const std::int64_t records = tiles * (tile_record + components * component_record);
   if (tiles > 65535 || tiles > std::max<std::int64_t>(size / least_tile, 1) ||
-      (records > free_bytes && records / most_records > size)) {
+      (records > free_records && records / most_records > size)) {
     say("the JPEG 2000 image declares more tiles than its data can hold");
   } else if (held + records > limits_.max_codec_bytes) {
     say("the JPEG 2000 image needs more memory at a time than the limits allow");
-  } else if (held > free_samples && held / most_expansion > size) {
+  } else if (held > free_bytes && held / most_expansion > size) {
     say("the JPEG 2000 image declares a size beyond the limits for so little data");
   } else {
     return true;
