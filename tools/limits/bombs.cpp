@@ -455,31 +455,32 @@ std::vector<LimitCase> bombs() {
        "",
        [] { return with_content("BI /W 1 /H 1 ID x EI ", 1 << 20); },
        {"--limit", "images=1000"}},
-      {"content: blanks that filters leave out", 0, search,
+      {"content: blanks that filters leave out", by_speed, search,
        [] {
          PdfBuilder pdf;
          pdf.add_stream(flates(2, "/ASCIIHexDecode"), nested_zeros(64, 2, ' '));
          pdf.add_page_of("", pdf.add("[" + repeat("3 0 R ", 1000) + "]"));
          return pdf.finish();
        }},
-      {"content: images of many pages", 1, search,
+      {"content: images of many pages", by_speed, search,
        [] { return same_pages("[3 0 R]", repeat("BI /W 1 /H 1 ID x EI ", 20'000)); }},
       {"content: a font without a number", 0, "",
        [] { return with_content("/F 1 Tf ", 1 << 21, "/Font << /F << /Subtype /Type3 >> >>"); }},
-      {"inline images: an EI that is none", 1, search,
+      {"inline images: an EI that is none", by_speed, search,
        [] { return with_content("BI /W 1 ID x EI \1\n", 800'000); }},
       {"inline images: a vast default space", 1, "",
        [] {
          return with_content("BI /W 1 /H 1 /CS /G ID x EI ", 5'000,
                              "/ColorSpace << /DefaultGray [" + repeat("/A ", 20'000) + "] >>");
        }},
-      {"inline images: blanks behind filters", 0, search,
+      {"inline images: blanks behind filters", by_speed, search,
        [] {
          return with_content(
              "BI /W 8192 /H 8192 /BPC 8 /CS /G /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n",
              200);
        }},
-      {"forms: all under the resources of all", 0, search, [] { return forms_of_forms(1500); }},
+      {"forms: all under the resources of all", by_speed, search,
+       [] { return forms_of_forms(1500); }},
       {"pages: 2 to the power of 40", 0, "page tree is larger", doubling_pages},
       {"names of 50,000 bytes", 1, "filter NNN", [] { return long_names(5000); }},
       {"colours: a dear row", 1, "a row take more work than the limits",
