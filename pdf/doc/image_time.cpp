@@ -10,6 +10,8 @@ namespace {
 constexpr double dear_pixels = 1 << 20, dear_bytes = 1 << 14;
 constexpr double plain_pixels = 1 << 27, plain_pixels_of_byte = 1 << 12;
 constexpr double least_plain_pixels = 1 << 30;
+// A small image is a file to be written, too.
+constexpr double seconds_of_image = 0.001;
 
 }  // namespace
 
@@ -34,7 +36,7 @@ void ImageTime::allow(CPDFWorkClock& clock, std::int64_t pixels) {
   const double own = seconds_ * (1 + std::min(count / dear_pixels, plausible_));
   const double plain = seconds_ * std::clamp(plain_left_.load(), 0.0, count) / plain_pixels;
   plain_left_ -= count;
-  left_ += plain;
+  left_ += plain + seconds_ * seconds_of_image;
   clock.allow(std::min(own + plain, left_.load()));
 }
 

@@ -11,8 +11,8 @@
 namespace {
 
 // A codec of this kind can say much in few bytes, but no picture of this size in so few: a blank
-// page of A4 at 400 pixels an inch in three colours is free.
-constexpr std::int64_t free_bytes = std::int64_t{192} << 20, most_expansion = 16384;
+// page of A4 at 300 pixels an inch in three colours is free.
+constexpr std::int64_t free_bytes = std::int64_t{112} << 20, most_expansion = 16384;
 
 // Markers of segments that OpenJPEG reads or passes over by their length.
 bool is_known(std::uint32_t marker) {
