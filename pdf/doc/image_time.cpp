@@ -9,7 +9,7 @@ namespace {
 // for 2^27. Pixels cost nothing in a file, so only as many count as its bytes may stand for.
 constexpr double dear_pixels = 1 << 20, dear_bytes = 1 << 14;
 constexpr double plain_pixels = 1 << 27, plain_pixels_of_byte = 1 << 12;
-constexpr double least_plain_pixels = 1 << 30;
+constexpr double least_plain_pixels = 1 << 28;
 // A small image is a file to be written, too.
 constexpr double seconds_of_image = 0.001;
 

@@ -476,7 +476,7 @@ std::vector<LimitCase> bombs() {
       {"inline images: blanks behind filters", by_speed, search,
        [] {
          return with_content(
-             "BI /W 8192 /H 8192 /BPC 8 /CS /G /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n",
+             "BI /W 8192 /H 8192 /BPC 8 /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n",
              200);
        }},
       {"forms: all under the resources of all", by_speed, search,
