@@ -476,8 +476,7 @@ std::vector<LimitCase> bombs() {
       {"inline images: blanks behind filters", by_speed, search,
        [] {
          return with_content(
-             "BI /W 8192 /H 8192 /BPC 8 /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n",
-             200);
+             "BI /W 8192 /H 8192 /BPC 8 /F [/Fl /Fl] ID " + nested_zeros(64, 2) + "xx\nEI\n", 200);
        }},
       {"forms: all under the resources of all", by_speed, search,
        [] { return forms_of_forms(1500); }},
