@@ -164,10 +164,9 @@ bool CPDFJpxCodestream::check_limits() {
   const auto components = static_cast<std::int64_t>(header_.components.size());
   const std::int64_t tiles = header_.tiles_across() * header_.tiles_down();
   const std::int64_t lines = std::min(header_.y1 - header_.y0, header_.tile_height);
-  std::int64_t& held = row_bytes_;
   for (const CPDFJpxHeader::Component& c : header_.components) {
     // Both factors are below 2^31, and the product below the pixels' limit.
-    held += (header_.x1 - header_.x0 + c.dx) / c.dx * ((lines + c.dy) / c.dy) * 4;
+    row_bytes_ += (header_.x1 - header_.x0 + c.dx) / c.dx * ((lines + c.dy) / c.dy) * 4;
   }
   constexpr std::int64_t tile_record = 8 * 1024, component_record = 2 * 1024;
   constexpr std::int64_t least_tile = 14;  // Bytes of a tile with nothing in it.
@@ -177,9 +176,9 @@ bool CPDFJpxCodestream::check_limits() {
   if (tiles > 65535 || tiles > std::max<std::int64_t>(size / least_tile, 1) ||
       (records > free_records && records / most_records > size)) {
     say("the JPEG 2000 image declares more tiles than its data can hold");
-  } else if (held + records > limits_.max_codec_bytes) {
+  } else if (row_bytes_ + records > limits_.max_codec_bytes) {
     say("the JPEG 2000 image needs more memory at a time than the limits allow");
-  } else if (held > free_bytes && held / most_expansion > size) {
+  } else if (row_bytes_ > free_bytes && row_bytes_ / most_expansion > size) {
     say("the JPEG 2000 image declares a size beyond the limits for so little data");
   } else {
     return true;
@@ -271,15 +270,22 @@ std::int64_t CPDFJpxCodestream::rows_at_once(std::int64_t row) const {
   return std::clamp<std::int64_t>(few_bytes / std::max<std::int64_t>(row_bytes_, 1), 1, end - row);
 }
 
+bool CPDFJpxCodestream::prepare() {
+  bytes_.load_all();
+  if (!check_limits()) return false;
+  find_end();
+  if (!check_records()) return false;
+  bound_parts();
+  return true;
+}
+
 bool CPDFJpxCodestream::decode_at(std::int64_t y) {
   if (y >= band_from_ && y < band_to_) return !failed_;
-  if (band_to_ == 0) {
-    bytes_.load_all();
-    if (!check_limits()) return false;
-    find_end();
-    if (!check_records()) return false;
-    bound_parts();
+  if (!is_prepared_) {
+    is_prepared_ = true;  // Once: whoever is refused a row may ask for every other.
+    is_refused_ = !prepare();
   }
+  if (is_refused_) return false;
   const std::int64_t row = (y - header_.tile_y0) / header_.tile_height;
   if (row > last_row_) return false;
   const std::int64_t next_row = row + rows_at_once(row);

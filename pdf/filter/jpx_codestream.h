@@ -43,6 +43,7 @@ class CPDFJpxCodestream {
   const char* problem() const { return problem_[0] != '\0' ? problem_ : nullptr; }
 
  private:
+  bool prepare();
   bool check_limits();
   bool check_records();
   std::int64_t plausible_size() const;
@@ -64,5 +65,6 @@ class CPDFJpxCodestream {
   opj_image* image_ = nullptr;
   std::int64_t band_from_ = 0, band_to_ = 0;  ///< Lines of the reference grid in `image_`.
   bool failed_ = false;                       ///< The last band did not decode.
+  bool is_prepared_ = false, is_refused_ = false;
   char problem_[200] = "";
 };
